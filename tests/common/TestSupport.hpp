@@ -34,7 +34,7 @@ void writeFile(const std::filesystem::path& path, const std::string& contents);
 #define EXPECT_THROW_MESSAGE(statement, ExceptionType, expected)                               \
   do {                                                                                          \
     try {                                                                                       \
-      statement;                                                                                \
+      (void)(statement);                                                                        \
       ADD_FAILURE() << "Expected " #ExceptionType " with message: " << (expected);             \
     } catch (const ExceptionType& error_) {                                                    \
       EXPECT_EQ(std::string(error_.what()), std::string(expected));                            \
