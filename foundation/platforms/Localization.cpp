@@ -94,10 +94,6 @@ const std::unordered_set<Localization::LanguageID>& Localization::LanguageID::al
   return identifiers;
 }
 
-Localization::LanguageID Localization::LanguageID::decodeJSON(const Decoder& decoder) {
-  return fromStringRepresentation(decoder.decodeString());
-}
-
 // Localization
 
 const std::array<Localization, 3>& Localization::abstractLocalizations() {
@@ -185,8 +181,6 @@ int Localization::precedent() const {
   }
   return 3;
 }
-
-Localization Localization::decodeJSON(const Decoder& decoder) { return fromCodableString(decoder.decodeString()); }
 
 }  // namespace iconwright
 

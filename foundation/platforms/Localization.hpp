@@ -15,7 +15,7 @@
 #include <unordered_set>
 #include <variant>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/format/json/KeyedValues.hpp"
 
 namespace iconwright {
 
@@ -65,10 +65,9 @@ class Localization {
     /// language-only identifiers included. Built once.
     [[nodiscard]] static const std::unordered_set<LanguageID>& allowedLanguageIDs();
 
+    /// The JSON form is this bare string.
     [[nodiscard]] std::string stringRepresentation() const { return localeID_; }
     [[nodiscard]] static LanguageID fromStringRepresentation(std::string_view text) { return LanguageID(std::string(text)); }
-    [[nodiscard]] JSONValue encodeJSON() const { return JSONValue(localeID_); }
-    [[nodiscard]] static LanguageID decodeJSON(const Decoder& decoder);
 
     friend bool operator==(const LanguageID&, const LanguageID&) = default;
     /// Byte order of the identifiers, for stable listings.
@@ -119,10 +118,9 @@ class Localization {
   /// Ancestors first: base 0, the two directions 1 and 2, a language 3.
   [[nodiscard]] int precedent() const;
 
+  /// The JSON form is the codable string.
   [[nodiscard]] std::string stringRepresentation() const { return codableString(); }
   [[nodiscard]] static Localization fromStringRepresentation(std::string_view text) { return fromCodableString(text); }
-  [[nodiscard]] JSONValue encodeJSON() const { return JSONValue(codableString()); }
-  [[nodiscard]] static Localization decodeJSON(const Decoder& decoder);
 
   friend bool operator==(const Localization&, const Localization&) = default;
 

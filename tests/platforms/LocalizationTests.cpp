@@ -141,11 +141,12 @@ TEST(Localization, JSONIsTheCodableString) {
                                  Localization::language(LanguageID("he"))};
   for (const Localization& value : values) {
     SCOPED_TRACE(value.codableString());
-    const JSONValue json = value.encodeJSON();
+    const JSONValue json = encodeJSON(value);
     EXPECT_EQ(json, JSONValue(value.codableString()));
-    EXPECT_EQ(Localization::decodeJSON(Decoder(json)), value);
+    EXPECT_EQ(Decoder(json).decode<Localization>(), value);
   }
-  EXPECT_EQ(LanguageID::decodeJSON(Decoder(JSONValue("base"))), LanguageID("base"));
+  EXPECT_EQ(encodeJSON(LanguageID("he")), JSONValue("he"));
+  EXPECT_EQ(Decoder(JSONValue("base")).decode<LanguageID>(), LanguageID("base"));
   const JSONValue notAString = parseJSON("{\"localization\": 3}");
   EXPECT_THROW_MESSAGE(Decoder(notAString).decode<Localization>("localization"), DecodingError,
                        "Expected to decode String but found number instead at localization.");
