@@ -1,0 +1,118 @@
+// HitMask: an image's coverage as a byte raster, one byte a pixel (0 nothing, 255 full),
+// row-major from the top row. Hit testing asks it about points and rectangles, visual bounds
+// come from it, and outlines (Outline.hpp) and the quadtree of rectangle queries
+// (RectangleIntersector.hpp) are built on it. Coordinates are pixel indices, (0, 0) being the
+// first byte. A plain value: copies share nothing.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "foundation/graphics/Geometry.hpp"
+#include "foundation/hitmask/Outline.hpp"
+#include "foundation/hitmask/RectangleIntersector.hpp"
+
+namespace iconwright {
+
+class Image;
+
+/// A coverage fraction as a byte: 255 at 1 or above, 0 at 0 or below (and for NaN), otherwise
+/// value × 255 rounded half away from zero.
+[[nodiscard]] std::uint8_t coverageByte(double coverage);
+
+class HitMask {
+ public:
+  using Outline = HitMaskOutline;
+  using Line = HitMaskLine;
+  using RectangleIntersector = HitMaskRectangleIntersector;
+
+  /// Requires: width, height ≥ 0 and bytes.size() == width × height; otherwise a fatal assertion.
+  HitMask(std::vector<std::uint8_t> bytes, int width, int height);
+  /// All zero. Requires: width, height ≥ 0 and a product that fits in memory (fatal otherwise).
+  HitMask(int width, int height);
+
+  /// Each byte is the image's alpha: the coverage that filling white through the image as a
+  /// clip mask over black leaves in an 8-bit gray raster of the image's size. Colours don't
+  /// matter. Absent for an image without pixel storage.
+  [[nodiscard]] static std::optional<HitMask> fromImage(const Image& image);
+
+  [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return bytes_; }
+  [[nodiscard]] int width() const { return width_; }
+  [[nodiscard]] int height() const { return height_; }
+  [[nodiscard]] Size size() const { return {double(width_), double(height_)}; }
+  /// (0, 0, width, height).
+  [[nodiscard]] Rect bounds() const { return Rect::makeXYWH(0, 0, width_, height_); }
+
+  /// Outside the raster: ignored.
+  void setCoverage(double coverage, int x, int y);
+  /// Sets every pixel of the rect rounded outward to whole pixels and clipped to the raster.
+  /// A rect of (0.5, 0.5, 1, 1) sets the 2 × 2 pixels from (0, 0).
+  void setCoverage(double coverage, const Rect& rect);
+
+  /// byte / 255; 0 outside the raster.
+  [[nodiscard]] double coverage(int x, int y) const;
+  /// Byte ≠ 0; false outside the raster.
+  [[nodiscard]] bool isCovered(int x, int y) const;
+  /// False for NaN and outside 0...width × 0...height (far edges included in that test, so
+  /// (width, 0) is a query that answers false); otherwise the truncated pixel is asked.
+  [[nodiscard]] bool isCovered(double x, double y) const;
+
+  /// Fills every uncovered pixel with three or four covered neighbours with 255, repeatedly, so
+  /// a one-pixel inlet closes from its head to its mouth. Iterative: any size is safe.
+  void removeFjords();
+  /// Clears every covered pixel with at most one covered neighbour, repeatedly, so a one-pixel
+  /// spur disappears from its tip to its root. Iterative: any size is safe.
+  void removePeninsulas();
+  /// Each pixel becomes (sum of the old coverage of itself and its left, upper and upper-left
+  /// neighbours, those inside) / 9: darker than the source and shifted half a pixel toward +x, +y.
+  /// Full coverage in the open gives byte 113; a lone 255 pixel gives four pixels of 28.
+  void blur();
+  /// Clears every byte below coverageByte(threshold); a threshold of 0 changes nothing.
+  void clearCoverage(double threshold);
+
+  /// The pixel-aligned bounding box of all non-zero bytes; absent when there are none.
+  [[nodiscard]] std::optional<Rect> computeVisualBounds() const;
+  /// The lowest byte value / 255 at which the running count of pixels (from value 0, or from
+  /// value 1 when `skipTranslucentPixels`, which then also leaves zero pixels out of the total)
+  /// reaches total × percentile; 1.0 when the walk reaches 255. Only fully transparent pixels
+  /// are skipped, whatever the flag's name says.
+  [[nodiscard]] double firstAlpha(double percentile, bool skipTranslucentPixels) const;
+
+  /// PNG of the mask as black at alpha byte / 255, pixel (x, y) at pixel (x, y), top row first.
+  /// Absent when encoding fails.
+  [[nodiscard]] std::optional<std::vector<std::uint8_t>> eightBitPNG() const;
+  /// PNG of the mask with every non-zero pixel opaque black and the rest transparent.
+  [[nodiscard]] std::optional<std::vector<std::uint8_t>> oneBitPNG() const;
+
+  /// One line per row, each byte as three decimal digits and a blank, each line ending in "\n".
+  [[nodiscard]] std::string description() const;
+
+  /// Closed polygons around the covered pixels, in scan order of their first top edge: an
+  /// outer edge runs clockwise on screen (covered area on the right hand), a hole's the other
+  /// way. See Outline.hpp.
+  [[nodiscard]] std::vector<Outline> outlinePaths() const;
+  /// The quadtree for rectangle queries, down to slices of `minimumSliceSize` pixels a side.
+  /// Requires: minimumSliceSize ≥ 1 (fatal otherwise).
+  [[nodiscard]] RectangleIntersector rectangleIntersector(int minimumSliceSize) const;
+
+  friend bool operator==(const HitMask&, const HitMask&) = default;
+
+ private:
+  [[nodiscard]] bool inside(int x, int y) const {
+    return x >= 0 && y >= 0 && x < width_ && y < height_;
+  }
+  [[nodiscard]] std::size_t index(int x, int y) const {
+    return std::size_t(y) * std::size_t(width_) + std::size_t(x);
+  }
+
+  std::vector<std::uint8_t> bytes_;
+  int width_ = 0;
+  int height_ = 0;
+};
+
+/// The hit mask of an image's alpha (the same as HitMask::fromImage).
+[[nodiscard]] std::optional<HitMask> opaqueGenericGrayGamma2_2HitMask(const Image& image);
+
+}  // namespace iconwright
