@@ -81,10 +81,6 @@ const std::vector<std::vector<BlendMode>>& blendModeDisplayOrderedGroups() {
   return groups;
 }
 
-BlendMode JSONCoding<BlendMode>::decode(const Decoder& decoder) {
-  return blendModeFromCodableString(decoder.decodeString());
-}
-
 // BlurMaterial
 
 JSONValue BlurMaterial::encodeJSON() const {
@@ -117,10 +113,6 @@ std::string_view displayName(Lighting lighting) {
 Lighting lightingFromCodableString(std::string_view text) {
   if (auto lighting = enumFromRawValue<Lighting>(text)) return *lighting;
   throwUnknownCodableString<Lighting>("Lighting");
-}
-
-Lighting JSONCoding<Lighting>::decode(const Decoder& decoder) {
-  return lightingFromCodableString(decoder.decodeString());
 }
 
 // Shadow

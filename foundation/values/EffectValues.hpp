@@ -1,7 +1,7 @@
 // The small effect values that groups and layers hold besides fills: how a member blends,
 // blurs, is lit, casts a shadow, lets light through and mirrors its asset. Each is an
 // immutable-by-convention value with exact equality, hashing and its JSON form; the
-// string-coded enumerations take part in JSON through JSONCoding specialisations.
+// string-coded enumerations code as bare JSON strings through KeyedValues.hpp.
 // Position, which needs geometry, is in Position.hpp; fills are in Fill.hpp.
 #pragma once
 
@@ -9,10 +9,12 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/format/json/KeyedValues.hpp"
 #include "foundation/support/Enumeration.hpp"
 #include "foundation/support/Hashing.hpp"
 
@@ -76,12 +78,12 @@ struct EnumTraits<BlendMode> {
   static std::string_view rawValue(BlendMode mode) { return iconwright::rawValue(mode); }
 };
 
-/// A bare JSON string. A non-string is a type mismatch; an unknown string throws the
-/// MessageError of blendModeFromCodableString.
+/// In JSON a bare string (see KeyedValues.hpp): a non-string is a type mismatch, and an
+/// unknown string throws the MessageError of blendModeFromCodableString.
 template <>
-struct JSONCoding<BlendMode> {
-  static BlendMode decode(const Decoder& decoder);
-  static JSONValue encode(BlendMode mode) { return JSONValue(rawValue(mode)); }
+struct StringRepresentationTraits<BlendMode> {
+  static std::string stringRepresentation(BlendMode mode) { return std::string(rawValue(mode)); }
+  static BlendMode fromStringRepresentation(std::string_view text) { return blendModeFromCodableString(text); }
 };
 
 // ---------------------------------------------------------------------------------------
@@ -137,11 +139,11 @@ struct EnumTraits<Lighting> {
   static std::string_view rawValue(Lighting lighting) { return iconwright::rawValue(lighting); }
 };
 
-/// A bare JSON string, coded like BlendMode.
+/// In JSON a bare string, like BlendMode.
 template <>
-struct JSONCoding<Lighting> {
-  static Lighting decode(const Decoder& decoder);
-  static JSONValue encode(Lighting lighting) { return JSONValue(rawValue(lighting)); }
+struct StringRepresentationTraits<Lighting> {
+  static std::string stringRepresentation(Lighting lighting) { return std::string(rawValue(lighting)); }
+  static Lighting fromStringRepresentation(std::string_view text) { return lightingFromCodableString(text); }
 };
 
 // ---------------------------------------------------------------------------------------

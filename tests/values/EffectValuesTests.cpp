@@ -33,6 +33,11 @@ DecodingError::Kind decodingErrorKind(const std::function<void()>& read) {
   return DecodingError::Kind::dataCorrupted;
 }
 
+// Blend modes and lighting are string-coded values; shadow kinds code only through JSON.
+static_assert(StringEncodable<BlendMode> && StringDecodable<BlendMode>);
+static_assert(StringEncodable<Lighting> && StringDecodable<Lighting>);
+static_assert(!StringEncodable<Shadow::Kind>);
+
 TEST(BlendMode, TextsFollowDeclarationOrder) {
   struct Row {
     const char* raw;
