@@ -1,0 +1,222 @@
+#include "foundation/graphics/ColorManagement.hpp"
+
+#include <lcms2.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <mutex>
+#include <utility>
+
+namespace iconwright {
+namespace {
+
+using Model = ColorSpace::Model;
+
+struct ProfileCloser {
+  void operator()(void* profile) const { cmsCloseProfile(profile); }
+};
+using Profile = std::unique_ptr<void, ProfileCloser>;
+
+Profile makeRGBProfile(const cmsCIExyYTRIPLE& primaries, const char* description) {
+  // The sRGB transfer function as an IEC 61966-2.1 parametric curve (type 4).
+  const cmsFloat64Number parameters[5] = {2.4, 1 / 1.055, 0.055 / 1.055, 1 / 12.92, 0.04045};
+  cmsToneCurve* curve = cmsBuildParametricToneCurve(nullptr, 4, parameters);
+  cmsToneCurve* curves[3] = {curve, curve, curve};
+  const cmsCIExyY whiteD65 = {0.3127, 0.3290, 1.0};
+  Profile profile(cmsCreateRGBProfileTHR(nullptr, &whiteD65, &primaries, curves));
+  cmsFreeToneCurve(curve);
+  if (profile) {
+    cmsMLU* mlu = cmsMLUalloc(nullptr, 1);
+    cmsMLUsetASCII(mlu, "en", "US", description);
+    cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, mlu);
+    cmsMLUfree(mlu);
+  }
+  return profile;
+}
+
+Profile makeNamedProfile(ColorSpace::Kind kind) {
+  switch (kind) {
+    case ColorSpace::Kind::displayP3:
+      return makeRGBProfile({{0.680, 0.320, 1}, {0.265, 0.690, 1}, {0.150, 0.060, 1}},
+                            "Display P3");
+    case ColorSpace::Kind::sRGB:
+    case ColorSpace::Kind::iccProfile:
+      return makeRGBProfile({{0.640, 0.330, 1}, {0.300, 0.600, 1}, {0.150, 0.060, 1}},
+                            "sRGB IEC61966-2.1");
+    case ColorSpace::Kind::genericGrayGamma2_2: {
+      cmsToneCurve* gamma = cmsBuildGamma(nullptr, 2.2);
+      Profile profile(cmsCreateGrayProfileTHR(nullptr, cmsD50_xyY(), gamma));
+      cmsFreeToneCurve(gamma);
+      if (profile) {
+        cmsMLU* mlu = cmsMLUalloc(nullptr, 1);
+        cmsMLUsetASCII(mlu, "en", "US", "Generic Gray Gamma 2.2");
+        cmsWriteTag(profile.get(), cmsSigProfileDescriptionTag, mlu);
+        cmsMLUfree(mlu);
+      }
+      return profile;
+    }
+  }
+  return nullptr;
+}
+
+Profile openProfile(std::span<const std::uint8_t> bytes, Model model) {
+  if (bytes.empty() || bytes.size() > 0xFFFFFFFFu) return nullptr;
+  Profile profile(cmsOpenProfileFromMemTHR(nullptr, bytes.data(), cmsUInt32Number(bytes.size())));
+  if (!profile) return nullptr;
+  const cmsColorSpaceSignature expected = model == Model::gray ? cmsSigGrayData : cmsSigRgbData;
+  if (cmsGetColorSpace(profile.get()) != expected) return nullptr;
+  // A profile that can't be the source of a transform would fail later; find out now.
+  if (!cmsIsIntentSupported(profile.get(), INTENT_RELATIVE_COLORIMETRIC, LCMS_USED_AS_INPUT))
+    return nullptr;
+  return profile;
+}
+
+// The space as lcms will really use it: an unusable profile falls back to a named space.
+ColorSpace effectiveSpace(const ColorSpace& space) {
+  if (space.kind() != ColorSpace::Kind::iccProfile) return space;
+  const Model model = space.model() == Model::gray ? Model::gray : Model::rgb;
+  if (openProfile(space.iccProfileBytes(), model)) return space;
+  return model == Model::gray ? ColorSpace::genericGrayGamma2_2() : ColorSpace::sRGB();
+}
+
+Profile profileFor(const ColorSpace& space) {
+  if (space.kind() == ColorSpace::Kind::iccProfile) return openProfile(space.iccProfileBytes(), space.model());
+  return makeNamedProfile(space.kind());
+}
+
+struct TransformDeleter {
+  void operator()(void* transform) const { cmsDeleteTransform(transform); }
+};
+using Transform = std::shared_ptr<void>;
+
+// A few recently used transforms, keyed by both spaces and both pixel formats.
+class TransformCache {
+ public:
+  Transform get(const ColorSpace& source, const ColorSpace& target, cmsUInt32Number inFormat,
+                cmsUInt32Number outFormat, cmsUInt32Number flags) {
+    {
+      std::lock_guard lock(mutex_);
+      for (auto it = entries_.begin(); it != entries_.end(); ++it) {
+        if (it->inFormat == inFormat && it->outFormat == outFormat && it->source == source &&
+            it->target == target) {
+          std::rotate(entries_.begin(), it, it + 1);
+          return entries_.front().transform;
+        }
+      }
+    }
+    Profile in = profileFor(source), out = profileFor(target);
+    if (!in || !out) return nullptr;
+    Transform transform(cmsCreateTransformTHR(nullptr, in.get(), inFormat, out.get(), outFormat,
+                                              INTENT_RELATIVE_COLORIMETRIC, flags),
+                        TransformDeleter());
+    if (!transform.get()) return nullptr;
+    std::lock_guard lock(mutex_);
+    entries_.insert(entries_.begin(), Entry{source, target, inFormat, outFormat, transform});
+    if (entries_.size() > kCapacity) entries_.pop_back();
+    return transform;
+  }
+
+ private:
+  static constexpr std::size_t kCapacity = 16;
+  struct Entry {
+    ColorSpace source, target;
+    cmsUInt32Number inFormat, outFormat;
+    Transform transform;
+  };
+  std::mutex mutex_;
+  std::vector<Entry> entries_;
+};
+
+TransformCache& transformCache() {
+  static TransformCache cache;
+  return cache;
+}
+
+// Gray sources: a 256-entry table of target values, applied to unpremultiplied gray.
+Image convertFromGray(const Image& image, const ColorSpace& source, const ColorSpace& target) {
+  const bool grayTarget = target.model() == Model::gray;
+  const Transform transform = transformCache().get(
+      source, target, TYPE_GRAY_8, grayTarget ? TYPE_GRAY_8 : TYPE_BGR_8, 0);
+  std::array<std::uint8_t, 256> ramp;
+  for (int i = 0; i < 256; ++i) ramp[i] = std::uint8_t(i);
+  std::array<std::uint8_t, 256 * 3> table;
+  if (transform) {
+    cmsDoTransform(transform.get(), ramp.data(), table.data(), 256);
+    if (grayTarget)
+      for (int i = 255; i >= 0; --i) table[3 * i] = table[3 * i + 1] = table[3 * i + 2] = table[i];
+  } else {
+    for (int i = 0; i < 256; ++i) table[3 * i] = table[3 * i + 1] = table[3 * i + 2] = ramp[i];
+  }
+  const std::span<const std::uint8_t> in = image.pixels();
+  std::vector<std::uint8_t> out(in.size());
+  for (std::size_t i = 0; i < in.size(); i += 4) {
+    const unsigned a = in[i + 3];
+    if (a == 0) continue;  // already zero
+    const std::uint8_t* entry = &table[3 * unpremultiplyComponent(in[i + 1], a)];
+    out[i] = premultiplyComponent(entry[0], a);
+    out[i + 1] = premultiplyComponent(entry[1], a);
+    out[i + 2] = premultiplyComponent(entry[2], a);
+    out[i + 3] = std::uint8_t(a);
+  }
+  return *Image::create(image.width(), image.height(), std::move(out), target);
+}
+
+}  // namespace
+
+std::vector<std::uint8_t> iccProfileData(const ColorSpace& space) {
+  if (space.kind() == ColorSpace::Kind::iccProfile) {
+    const auto bytes = space.iccProfileBytes();
+    return {bytes.begin(), bytes.end()};
+  }
+  static const auto profiles = [] {
+    std::array<std::vector<std::uint8_t>, 3> result;
+    const ColorSpace::Kind kinds[3] = {ColorSpace::Kind::displayP3, ColorSpace::Kind::sRGB,
+                                       ColorSpace::Kind::genericGrayGamma2_2};
+    for (int i = 0; i < 3; ++i) {
+      Profile profile = makeNamedProfile(kinds[i]);
+      cmsUInt32Number size = 0;
+      if (!profile || !cmsSaveProfileToMem(profile.get(), nullptr, &size)) continue;
+      result[i].resize(size);
+      if (!cmsSaveProfileToMem(profile.get(), result[i].data(), &size)) result[i].clear();
+    }
+    return result;
+  }();
+  return profiles[std::size_t(space.kind())];
+}
+
+bool isUsableICCProfile(std::span<const std::uint8_t> bytes, ColorSpace::Model model) {
+  return model != Model::other && openProfile(bytes, model) != nullptr;
+}
+
+Image convertedImage(const Image& image, const ColorSpace& target) {
+  if (image.colorSpace() == target) return image;
+  const ColorSpace source = effectiveSpace(image.colorSpace());
+  const ColorSpace destination = effectiveSpace(target);
+  if (source == destination) return image.withColorSpace(target);
+  if (source.model() == Model::gray)
+    return convertFromGray(image, source, destination).withColorSpace(target);
+
+  const std::span<const std::uint8_t> in = image.pixels();
+  const cmsUInt32Number pixelCount = cmsUInt32Number(in.size() / 4);
+  std::vector<std::uint8_t> out(in.size());
+  if (destination.model() == Model::gray) {
+    const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8_PREMUL,
+                                                     TYPE_GRAYA_8_PREMUL, cmsFLAGS_COPY_ALPHA);
+    if (!transform) return image.withColorSpace(target);
+    std::vector<std::uint8_t> gray(std::size_t(pixelCount) * 2);
+    cmsDoTransform(transform.get(), in.data(), gray.data(), pixelCount);
+    for (std::size_t i = 0; i < pixelCount; ++i) {
+      out[4 * i] = out[4 * i + 1] = out[4 * i + 2] = gray[2 * i];
+      out[4 * i + 3] = gray[2 * i + 1];
+    }
+  } else {
+    const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8_PREMUL,
+                                                     TYPE_BGRA_8_PREMUL, cmsFLAGS_COPY_ALPHA);
+    if (!transform) return image.withColorSpace(target);
+    cmsDoTransform(transform.get(), in.data(), out.data(), pixelCount);
+  }
+  return *Image::create(image.width(), image.height(), std::move(out), target);
+}
+
+}  // namespace iconwright
