@@ -5,6 +5,7 @@
 #include <unicode/unistr.h>
 
 #include "foundation/support/Hashing.hpp"
+#include "foundation/support/PathOperations.hpp"
 
 namespace iconwright {
 
@@ -47,15 +48,8 @@ std::string currentLocaleIdentifier() { return icu::Locale::getDefault().getName
 // LanguageID
 
 std::optional<Localization::LanguageID> Localization::LanguageID::fromLprojDirectoryName(std::string_view name) {
-  // Path-extension rules: trailing slashes do not count, and a dot that starts the last
-  // component (".lproj") is a hidden name, not an extension.
-  while (name.size() > 1 && name.back() == '/') name.remove_suffix(1);
-  const std::size_t slash = name.rfind('/');
-  const std::size_t componentStart = slash == std::string_view::npos ? 0 : slash + 1;
-  const std::size_t dot = name.rfind('.');
-  if (dot == std::string_view::npos || dot <= componentStart) return std::nullopt;
-  if (name.substr(dot + 1) != lprojExtension) return std::nullopt;
-  return LanguageID(std::string(name.substr(0, dot)));
+  if (pathExtension(name) != lprojExtension) return std::nullopt;
+  return LanguageID(stringByDeletingPathExtension(name));
 }
 
 std::string Localization::LanguageID::lprojName() const {

@@ -11,11 +11,6 @@
 namespace iconwright {
 namespace {
 
-static_assert(EnumTraits<Rendition>::allCases.size() == 6);
-static_assert(displayOrder(Rendition::darkClear) == 5);
-static_assert(sourceAppearance(Rendition::lightClear) == Appearance::tinted);
-static_assert(defaultRendition(Appearance::tinted) == Rendition::lightClear);
-
 TEST(Rendition, TextsAppearancesAndLightness) {
   struct Row {
     Rendition rendition;
