@@ -61,18 +61,18 @@ std::vector<std::string> graphemeClusters(std::string_view text) {
 }  // namespace
 
 std::optional<std::string_view> Arithmetic::Lexer::Lexeme::numberText() const {
-  if (const auto* number = std::get_if<Number>(&storage_)) return number->text;
-  return std::nullopt;
+  if (kind_ != Kind::number) return std::nullopt;
+  return text_;
 }
 
 std::optional<Arithmetic::Lexer::Punctuation> Arithmetic::Lexer::Lexeme::punctuationMark() const {
-  if (const auto* mark = std::get_if<Punctuation>(&storage_)) return *mark;
-  return std::nullopt;
+  if (kind_ != Kind::punctuation) return std::nullopt;
+  return mark_;
 }
 
 std::optional<std::string_view> Arithmetic::Lexer::Lexeme::whitespaceText() const {
-  if (const auto* whitespace = std::get_if<Whitespace>(&storage_)) return whitespace->text;
-  return std::nullopt;
+  if (kind_ != Kind::whitespace) return std::nullopt;
+  return text_;
 }
 
 Arithmetic::Lexer::Lexer(std::string_view text) : input(graphemeClusters(text)) {}

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "foundation/arithmetic/Arithmetic.hpp"
@@ -23,12 +22,12 @@ struct Arithmetic::Lexer {
    public:
     enum class Kind : std::uint8_t { number, punctuation, whitespace };
 
-    [[nodiscard]] static Lexeme number(std::string text) { return Lexeme(Number{std::move(text)}); }
-    [[nodiscard]] static Lexeme punctuation(Punctuation mark) { return Lexeme(mark); }
-    [[nodiscard]] static Lexeme whitespace(std::string text) { return Lexeme(Whitespace{std::move(text)}); }
+    [[nodiscard]] static Lexeme number(std::string text) { return Lexeme(Kind::number, {}, std::move(text)); }
+    [[nodiscard]] static Lexeme punctuation(Punctuation mark) { return Lexeme(Kind::punctuation, mark, {}); }
+    [[nodiscard]] static Lexeme whitespace(std::string text) { return Lexeme(Kind::whitespace, {}, std::move(text)); }
 
-    [[nodiscard]] Kind kind() const { return static_cast<Kind>(storage_.index()); }
-    [[nodiscard]] bool isWhitespace() const { return kind() == Kind::whitespace; }
+    [[nodiscard]] Kind kind() const { return kind_; }
+    [[nodiscard]] bool isWhitespace() const { return kind_ == Kind::whitespace; }
     /// The digits and point of a number; absent for the other kinds.
     [[nodiscard]] std::optional<std::string_view> numberText() const;
     [[nodiscard]] std::optional<Punctuation> punctuationMark() const;
@@ -38,16 +37,12 @@ struct Arithmetic::Lexer {
     friend bool operator==(const Lexeme&, const Lexeme&) = default;
 
    private:
-    struct Number {
-      std::string text;
-      friend bool operator==(const Number&, const Number&) = default;
-    };
-    struct Whitespace {
-      std::string text;
-      friend bool operator==(const Whitespace&, const Whitespace&) = default;
-    };
-    explicit Lexeme(std::variant<Number, Punctuation, Whitespace> storage) : storage_(std::move(storage)) {}
-    std::variant<Number, Punctuation, Whitespace> storage_;
+    // Plain fields rather than a variant: each case sets the ones it uses and leaves the
+    // others empty, which keeps equality exact.
+    Lexeme(Kind kind, Punctuation mark, std::string text) : kind_(kind), mark_(mark), text_(std::move(text)) {}
+    Kind kind_;
+    Punctuation mark_;
+    std::string text_;
   };
 
   /// One user-perceived character, as UTF-8.
