@@ -8,6 +8,8 @@
 #include <mutex>
 #include <utility>
 
+#include "foundation/graphics/ImageCodecs.hpp"
+
 namespace iconwright {
 namespace {
 
@@ -133,6 +135,14 @@ TransformCache& transformCache() {
   return cache;
 }
 
+void unpremultiplyBGRA(std::span<std::uint8_t> pixels) {
+  for (std::size_t i = 0; i < pixels.size(); i += 4) {
+    const unsigned a = pixels[i + 3];
+    if (a == 255) continue;
+    for (int c = 0; c < 3; ++c) pixels[i + c] = unpremultiplyComponent(pixels[i + c], a);
+  }
+}
+
 // Gray sources: a 256-entry table of target values, applied to unpremultiplied gray.
 Image convertFromGray(const Image& image, const ColorSpace& source, const ColorSpace& target) {
   const bool grayTarget = target.model() == Model::gray;
@@ -197,24 +207,29 @@ Image convertedImage(const Image& image, const ColorSpace& target) {
   if (source.model() == Model::gray)
     return convertFromGray(image, source, destination).withColorSpace(target);
 
+  // lcms's optimised 8-bit transforms of premultiplied pixels go wrong for translucent
+  // pixels, so colours are converted straight and premultiplied again afterwards.
   const std::span<const std::uint8_t> in = image.pixels();
   const cmsUInt32Number pixelCount = cmsUInt32Number(in.size() / 4);
-  std::vector<std::uint8_t> out(in.size());
+  std::vector<std::uint8_t> out(in.begin(), in.end());
+  unpremultiplyBGRA(out);
   if (destination.model() == Model::gray) {
-    const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8_PREMUL,
-                                                     TYPE_GRAYA_8_PREMUL, cmsFLAGS_COPY_ALPHA);
+    const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8,
+                                                     TYPE_GRAYA_8, cmsFLAGS_COPY_ALPHA);
     if (!transform) return image.withColorSpace(target);
     std::vector<std::uint8_t> gray(std::size_t(pixelCount) * 2);
-    cmsDoTransform(transform.get(), in.data(), gray.data(), pixelCount);
+    cmsDoTransform(transform.get(), out.data(), gray.data(), pixelCount);
     for (std::size_t i = 0; i < pixelCount; ++i) {
-      out[4 * i] = out[4 * i + 1] = out[4 * i + 2] = gray[2 * i];
-      out[4 * i + 3] = gray[2 * i + 1];
+      const unsigned a = gray[2 * i + 1];
+      out[4 * i] = out[4 * i + 1] = out[4 * i + 2] = premultiplyComponent(gray[2 * i], a);
+      out[4 * i + 3] = std::uint8_t(a);
     }
   } else {
-    const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8_PREMUL,
-                                                     TYPE_BGRA_8_PREMUL, cmsFLAGS_COPY_ALPHA);
+    const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8,
+                                                     TYPE_BGRA_8, cmsFLAGS_COPY_ALPHA);
     if (!transform) return image.withColorSpace(target);
-    cmsDoTransform(transform.get(), in.data(), out.data(), pixelCount);
+    cmsDoTransform(transform.get(), out.data(), out.data(), pixelCount);
+    codecs::premultiplyBGRA(out);
   }
   return *Image::create(image.width(), image.height(), std::move(out), target);
 }

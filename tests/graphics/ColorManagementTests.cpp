@@ -1,0 +1,73 @@
+#include <gtest/gtest.h>
+
+#include "foundation/graphics/ColorManagement.hpp"
+#include "tests/graphics/CodecFixtures.hpp"
+
+namespace iconwright {
+namespace {
+
+Image imageOf(std::vector<std::uint8_t> bgra, ColorSpace space) {
+  const int count = int(bgra.size() / 4);
+  return *Image::create(count, 1, std::move(bgra), std::move(space));
+}
+
+void expectPixels(const Image& image, const std::vector<int>& expected, int tolerance) {
+  ASSERT_EQ(image.pixels().size(), expected.size());
+  for (std::size_t i = 0; i < expected.size(); ++i)
+    EXPECT_NEAR(image.pixels()[i], expected[i], tolerance) << "byte " << i;
+}
+
+TEST(ColorManagement, ConvertsBetweenNamedSpaces) {
+  struct Case {
+    const char* label;
+    ColorSpace from, to;
+    std::vector<std::uint8_t> in;
+    std::vector<int> out;
+  };
+  const Case cases[] = {
+      // Opaque and half red, white, and a transparent pixel that stays transparent.
+      {"sRGB to P3", ColorSpace::sRGB(), ColorSpace::displayP3(),
+       {0, 0, 255, 255, 0, 0, 128, 128, 255, 255, 255, 255, 0, 0, 0, 0},
+       {35, 51, 234, 255, 18, 26, 117, 128, 255, 255, 255, 255, 0, 0, 0, 0}},
+      // P3 red lies outside sRGB: clipped.
+      {"P3 to sRGB", ColorSpace::displayP3(), ColorSpace::sRGB(), {0, 0, 255, 255},
+       {0, 0, 255, 255}},
+      // sRGB red has 0.505 of white's luminance in gray gamma 2.2.
+      {"sRGB to gray", ColorSpace::sRGB(), ColorSpace::genericGrayGamma2_2(),
+       {0, 0, 255, 255, 0, 0, 128, 128}, {129, 129, 129, 255, 65, 65, 65, 128}},
+      // Gray 0.5 stays neutral at 0.504 in sRGB and P3.
+      {"gray to P3", ColorSpace::genericGrayGamma2_2(), ColorSpace::displayP3(),
+       {128, 128, 128, 255, 64, 64, 64, 128}, {129, 129, 129, 255, 64, 64, 64, 128}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.label);
+    const Image converted = convertedImage(imageOf(c.in, c.from), c.to);
+    EXPECT_EQ(converted.colorSpace(), c.to);
+    expectPixels(converted, c.out, 1);
+  }
+}
+
+TEST(ColorManagement, EmbeddedProfiles) {
+  const std::vector<std::uint8_t> red = {0, 0, 255, 255};
+  // The test's own P3 profile behaves as the built-in space.
+  const Image tagged = imageOf({35, 51, 234, 255}, ColorSpace::iccProfile(testing::displayP3Profile()));
+  expectPixels(convertedImage(tagged, ColorSpace::sRGB()), {0, 0, 255, 255}, 1);
+  expectPixels(convertedImage(tagged, ColorSpace::displayP3()), {35, 51, 234, 255}, 1);
+  // A profile that can't be used reads as sRGB.
+  const Image broken = imageOf(red, ColorSpace::iccProfile(std::vector<std::uint8_t>(200, 1)));
+  expectPixels(convertedImage(broken, ColorSpace::displayP3()), {35, 51, 234, 255}, 1);
+  EXPECT_FALSE(isUsableICCProfile(std::vector<std::uint8_t>(200, 1), ColorSpace::Model::rgb));
+  // Built-in profiles serialise and describe their own model.
+  for (const ColorSpace& space :
+       {ColorSpace::displayP3(), ColorSpace::sRGB(), ColorSpace::genericGrayGamma2_2()}) {
+    const std::vector<std::uint8_t> bytes = iccProfileData(space);
+    EXPECT_TRUE(isUsableICCProfile(bytes, space.model()));
+    EXPECT_EQ(ColorSpace::iccProfile(bytes).model(), space.model());
+  }
+  // Same space: the very same pixels come back.
+  const Image same = imageOf(red, ColorSpace::sRGB());
+  EXPECT_EQ(convertedImage(same, ColorSpace::sRGB()).pixels().data(), same.pixels().data());
+}
+
+}  // namespace
+}  // namespace iconwright
