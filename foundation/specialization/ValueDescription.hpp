@@ -21,6 +21,8 @@ namespace iconwright {
 [[nodiscard]] std::string description(std::int64_t value);
 [[nodiscard]] inline std::string description(int value) { return description(std::int64_t{value}); }
 [[nodiscard]] inline std::string description(std::string_view text) { return std::string(text); }
+/// Without it a literal would convert to bool.
+[[nodiscard]] inline std::string description(const char* text) { return text; }
 [[nodiscard]] inline std::string description(const std::string& text) { return text; }
 
 namespace detail {

@@ -183,6 +183,17 @@ TEST(SpecializableProperty, MapTransformsInOrderWithTheDefaultLast) {
   EXPECT_EQ(mapped.explicitValue(Slot::dark), "30.0");
   EXPECT_EQ(mapped.specializations().front().description(), "(.base, .dark) = 30.0");
 
+  // Values need neither a default, nor equality, nor a hash.
+  struct Opaque {
+    explicit Opaque(double number) : value(number) {}
+    double value;
+  };
+  static_assert(!std::default_initializable<SpecializableProperty<Opaque>>);
+  auto opaque = property.map([](std::optional<Slot>, double value) { return Opaque(value); });
+  opaque.setEffectiveValue(Opaque(8.0), {Idiom::iOS, Appearance::dark});
+  EXPECT_EQ(opaque.explicitValue(Slot::dark)->value, 8.0);
+  EXPECT_EQ(opaque.effectiveValue(Slot::base).value, 1.0);
+
   int calls = 0;
   EXPECT_THROW((void)property.map([&](std::optional<Slot>, double value) {
     ++calls;

@@ -49,6 +49,7 @@ TEST(ValueDescription, FloatsUseTheirOwnDigitsAndThreshold) {
   EXPECT_EQ(description(16777218.0f), "1.6777218e+07");
   EXPECT_EQ(description(true), "true");
   EXPECT_EQ(description(-42), "-42");
+  EXPECT_EQ(description("text"), "text");
 }
 
 }  // namespace
