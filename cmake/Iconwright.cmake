@@ -1,6 +1,7 @@
 # Helpers that keep each subsystem and each test program to one line.
 
 # iconwright_subsystem(<folder> [DEPS <subsystems>...] [LIBS <targets>...])
+# LIBS are the third-party libraries whose headers the folder's sources include.
 # Compiles foundation/<folder>/*.cpp once into an object library, offered as the static
 # library iw_<folder> (tests link only the subsystems they need) and gathered into the
 # shared IconwrightFoundation library. A folder with no sources yet is skipped.
@@ -20,7 +21,10 @@ function(iconwright_subsystem folder)
   endforeach()
   add_library(iw_${name}_objects OBJECT ${sources})
   target_include_directories(iw_${name}_objects PUBLIC ${PROJECT_SOURCE_DIR})
-  target_link_libraries(iw_${name}_objects PUBLIC ${deps} ${ARG_LIBS})
+  # The object library sees only third-party libraries it names itself, so that subsystems
+  # that call one another (document, format, assets, tool) form a cycle of static libraries
+  # only, which the linker resolves.
+  target_link_libraries(iw_${name}_objects PUBLIC ${ARG_LIBS})
   add_library(iw_${name} STATIC $<TARGET_OBJECTS:iw_${name}_objects>)
   target_include_directories(iw_${name} PUBLIC ${PROJECT_SOURCE_DIR})
   target_link_libraries(iw_${name} PUBLIC ${deps} ${ARG_LIBS})
