@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 
 namespace iconwright {
 namespace {
@@ -34,10 +35,46 @@ Point cubicAt(Point p0, Point p1, Point p2, Point p3, double t) {
   return {a * p0.x + b * p1.x + c * p2.x + d * p3.x, a * p0.y + b * p1.y + c * p2.y + d * p3.y};
 }
 
-// Calls edge(a, b, fromCurve) for every chord of the filled outline: curves flattened, every
-// subpath closed. Stops early when `edge` returns true; returns whether it did.
+// Whether the curve's control points keep it more than the flatness away from `probe`: then
+// its chord has the same effect on the winding number about `probe` (both lie wholly beside,
+// above, below or to the right of it) and is no nearer to it than the curve.
+bool isCurveAwayFrom(const Point* probe, std::initializer_list<Point> points) {
+  if (probe == nullptr) return false;
+  double x0 = INFINITY, x1 = -INFINITY, y0 = INFINITY, y1 = -INFINITY;
+  for (const Point& p : points) {
+    x0 = std::min(x0, p.x);
+    x1 = std::max(x1, p.x);
+    y0 = std::min(y0, p.y);
+    y1 = std::max(y1, p.y);
+  }
+  const double margin = Path::flatness;
+  return probe->x < x0 - margin || probe->x > x1 + margin || probe->y < y0 - margin ||
+         probe->y > y1 + margin;
+}
+
+// Chords of a cubic as seen from `probe`: halves are split further only while they come near
+// it and are not yet flat, so a containment test flattens just the part of a curve around the
+// point. Returns true when `edge` asks to stop.
 template <class EdgeFunction>
-bool forEachEdge(const std::vector<PathElement>& elements, EdgeFunction&& edge) {
+bool subdivideNear(const Point& probe, Point p0, Point p1, Point p2, Point p3,
+                   EdgeFunction& edge, int depth = 0) {
+  const double m = std::max(length(p0.x - 2 * p1.x + p2.x, p0.y - 2 * p1.y + p2.y),
+                            length(p1.x - 2 * p2.x + p3.x, p1.y - 2 * p2.y + p3.y));
+  if (depth >= 24 || 0.75 * m <= Path::flatness || isCurveAwayFrom(&probe, {p0, p1, p2, p3}))
+    return edge(p0, p3, true);
+  auto mid = [](Point a, Point b) { return Point{(a.x + b.x) / 2, (a.y + b.y) / 2}; };
+  const Point a = mid(p0, p1), b = mid(p1, p2), c = mid(p2, p3);
+  const Point ab = mid(a, b), bc = mid(b, c), centre = mid(ab, bc);
+  return subdivideNear(probe, p0, a, ab, centre, edge, depth + 1) ||
+         subdivideNear(probe, centre, bc, c, p3, edge, depth + 1);
+}
+
+// Calls edge(a, b, fromCurve) for every chord of the filled outline: curves flattened, every
+// subpath closed. Stops early when `edge` returns true; returns whether it did. With a `probe`,
+// curves are flattened only near it (see subdivideNear): for containment of that point.
+template <class EdgeFunction>
+bool forEachEdge(const std::vector<PathElement>& elements, EdgeFunction&& edge,
+                 const Point* probe = nullptr) {
   Point current, start;
   bool open = false;
   auto closeCurrent = [&]() -> bool {
@@ -58,6 +95,14 @@ bool forEachEdge(const std::vector<PathElement>& elements, EdgeFunction&& edge) 
         break;
       case Kind::quadCurveTo: {
         const Point p0 = current, p1 = e.points[0], p2 = e.points[1];
+        if (probe != nullptr) {
+          // As the cubic with the same shape.
+          const Point c1{p0.x + 2.0 / 3 * (p1.x - p0.x), p0.y + 2.0 / 3 * (p1.y - p0.y)};
+          const Point c2{p2.x + 2.0 / 3 * (p1.x - p2.x), p2.y + 2.0 / 3 * (p1.y - p2.y)};
+          if (subdivideNear(*probe, p0, c1, c2, p2, edge)) return true;
+          current = p2;
+          break;
+        }
         const int n = segmentCount(length(p0.x - 2 * p1.x + p2.x, p0.y - 2 * p1.y + p2.y), 0.25);
         Point previous = p0;
         for (int i = 1; i <= n; ++i) {
@@ -70,6 +115,11 @@ bool forEachEdge(const std::vector<PathElement>& elements, EdgeFunction&& edge) 
       }
       case Kind::curveTo: {
         const Point p0 = current, p1 = e.points[0], p2 = e.points[1], p3 = e.points[2];
+        if (probe != nullptr) {
+          if (subdivideNear(*probe, p0, p1, p2, p3, edge)) return true;
+          current = p3;
+          break;
+        }
         const double m = std::max(length(p0.x - 2 * p1.x + p2.x, p0.y - 2 * p1.y + p2.y),
                                   length(p1.x - 2 * p2.x + p3.x, p1.y - 2 * p2.y + p3.y));
         const int n = segmentCount(m, 0.75);
@@ -385,7 +435,7 @@ bool Path::contains(Point p, FillRule rule) const {
       return true;
     accumulateWinding(winding, a, b, p);
     return false;
-  });
+  }, &p);
   return onEdge || isFilled(winding, rule);
 }
 
