@@ -67,7 +67,6 @@ bool decodeInto(std::span<const std::uint8_t> bytes, jpeg_decompress_struct& inf
   jpeg_create_decompress(&info);
   jpeg_mem_src(&info, bytes.data(), static_cast<unsigned long>(bytes.size()));
   jpeg_save_markers(&info, JPEG_APP0 + 2, 0xFFFF);
-  jpeg_save_markers(&info, JPEG_APP0 + 14, 0xFFFF);
   if (jpeg_read_header(&info, TRUE) != JPEG_HEADER_OK) return false;
   if (!Image::isAcceptableSize(info.image_width, info.image_height)) return false;
   width = int(info.image_width);
