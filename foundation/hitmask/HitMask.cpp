@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
 
+#include "foundation/graphics/Image.hpp"
+#include "foundation/graphics/PNGEncoding.hpp"
+#include "foundation/hitmask/ByteScanning.hpp"
 #include "foundation/support/Assertions.hpp"
 
 namespace iconwright {
@@ -108,6 +112,26 @@ HitMask::HitMask(std::vector<std::uint8_t> bytes, int width, int height)
 HitMask::HitMask(int width, int height)
     : bytes_(checkedPixelCount(width, height), 0), width_(width), height_(height) {}
 
+HitMask HitMask::fromImage(const Image& image) {
+  HitMask mask(image.width(), image.height());
+  const std::size_t count = mask.bytes_.size();
+  const std::uint8_t* pixels = image.pixels().data();
+  std::uint8_t* out = mask.bytes_.data();
+  // Alpha is the fourth byte of each premultiplied BGRA pixel, the top byte of its
+  // little-endian word. Fixed-size blocks let the compiler turn the loop into vector shuffles.
+  constexpr std::size_t block = 16;
+  std::size_t i = 0;
+  for (; std::endian::native == std::endian::little && i + block <= count; i += block) {
+    std::uint32_t words[block];
+    std::memcpy(words, pixels + 4 * i, sizeof words);
+    for (std::size_t j = 0; j < block; ++j) out[i + j] = std::uint8_t(words[j] >> 24);
+  }
+  for (; i < count; ++i) out[i] = pixels[4 * i + 3];
+  return mask;
+}
+
+HitMask opaqueGenericGrayGamma2_2HitMask(const Image& image) { return HitMask::fromImage(image); }
+
 void HitMask::setCoverage(double coverage, int x, int y) {
   if (inside(x, y)) bytes_[index(x, y)] = coverageByte(coverage);
 }
@@ -190,33 +214,30 @@ void HitMask::clearCoverage(double threshold) {
 
 std::optional<Rect> HitMask::computeVisualBounds() const {
   const std::size_t w = std::size_t(width_);
-  int minX = width_, maxX = -1, minY = -1, maxY = -1;
+  // Columns [minX, maxX] of the rows so far; only the columns outside can widen the box, and
+  // the columns inside need just one non-zero byte to count the row.
+  std::size_t minX = w, maxX = 0;
+  int minY = -1, maxY = -1;
   for (int y = 0; y < height_; ++y) {
     const std::uint8_t* row = bytes_.data() + std::size_t(y) * w;
-    // Only the columns outside those already known can widen the box; the columns inside
-    // need just one non-zero byte to count the row.
+    const bool seen = minY >= 0;
     bool covered = false;
-    int first = 0;
-    while (first < minX && row[first] == 0) ++first;
-    if (first < minX) {
+    if (const std::size_t first = bytescan::firstNonZero(row, 0, minX); first < minX) {
       minX = first;
       covered = true;
     }
-    int last = width_ - 1;
-    while (last > maxX && row[last] == 0) --last;
-    if (last > maxX) {
+    const std::size_t from = seen ? maxX + 1 : minX;
+    if (const std::size_t last = bytescan::lastNonZero(row, from, w); last < w) {
       maxX = last;
       covered = true;
     }
-    if (!covered && minX <= maxX) {
-      covered = std::any_of(row + minX, row + maxX + 1, [](std::uint8_t b) { return b != 0; });
-    }
+    if (!covered && seen) covered = bytescan::anyNonZero(row + minX, maxX - minX + 1);
     if (!covered) continue;
-    if (minY < 0) minY = y;
+    if (!seen) minY = y;
     maxY = y;
   }
   if (minY < 0) return std::nullopt;
-  return Rect::makeXYWH(minX, minY, maxX - minX + 1, maxY - minY + 1);
+  return Rect::makeXYWH(double(minX), minY, double(maxX - minX + 1), maxY - minY + 1);
 }
 
 double HitMask::firstAlpha(double percentile, bool skipTranslucentPixels) const {
@@ -235,6 +256,19 @@ double HitMask::firstAlpha(double percentile, bool skipTranslucentPixels) const 
     if (target <= double(sum)) return double(value) / 255.0;
   }
   return 1.0;
+}
+
+std::optional<std::vector<std::uint8_t>> HitMask::eightBitPNG() const {
+  // Black at each pixel's coverage: gray 0, alpha the byte.
+  std::vector<std::uint8_t> grayAlpha(bytes_.size() * 2, 0);
+  for (std::size_t i = 0; i < bytes_.size(); ++i) grayAlpha[2 * i + 1] = bytes_[i];
+  return encodeGrayAlphaPNG(grayAlpha, width_, height_);
+}
+
+std::optional<std::vector<std::uint8_t>> HitMask::oneBitPNG() const {
+  std::vector<std::uint8_t> grayAlpha(bytes_.size() * 2, 0);
+  for (std::size_t i = 0; i < bytes_.size(); ++i) grayAlpha[2 * i + 1] = bytes_[i] ? 255 : 0;
+  return encodeGrayAlphaPNG(grayAlpha, width_, height_);
 }
 
 std::string HitMask::description() const {

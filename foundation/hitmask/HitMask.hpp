@@ -33,10 +33,10 @@ class HitMask {
   /// All zero. Requires: width, height ≥ 0 and a product that fits in memory (fatal otherwise).
   HitMask(int width, int height);
 
-  /// Each byte is the image's alpha: the coverage that filling white through the image as a
-  /// clip mask over black leaves in an 8-bit gray raster of the image's size. Colours don't
-  /// matter. Absent for an image without pixel storage.
-  [[nodiscard]] static std::optional<HitMask> fromImage(const Image& image);
+  /// The mask of the image's size whose bytes are the image's alpha: the coverage that filling
+  /// white through the image as a clip mask over black leaves in an 8-bit gray raster. Colours
+  /// don't matter.
+  [[nodiscard]] static HitMask fromImage(const Image& image);
 
   [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return bytes_; }
   [[nodiscard]] int width() const { return width_; }
@@ -80,10 +80,11 @@ class HitMask {
   /// are skipped, whatever the flag's name says.
   [[nodiscard]] double firstAlpha(double percentile, bool skipTranslucentPixels) const;
 
-  /// PNG of the mask as black at alpha byte / 255, pixel (x, y) at pixel (x, y), top row first.
-  /// Absent when encoding fails.
+  /// PNG (gray with alpha) of the mask as black at alpha byte / 255, pixel (x, y) at pixel
+  /// (x, y), top row first. Absent when encoding fails, as it does for an empty raster or one
+  /// beyond the size limits of Image.
   [[nodiscard]] std::optional<std::vector<std::uint8_t>> eightBitPNG() const;
-  /// PNG of the mask with every non-zero pixel opaque black and the rest transparent.
+  /// The same with every non-zero pixel opaque black and the rest transparent.
   [[nodiscard]] std::optional<std::vector<std::uint8_t>> oneBitPNG() const;
 
   /// One line per row, each byte as three decimal digits and a blank, each line ending in "\n".
@@ -113,6 +114,6 @@ class HitMask {
 };
 
 /// The hit mask of an image's alpha (the same as HitMask::fromImage).
-[[nodiscard]] std::optional<HitMask> opaqueGenericGrayGamma2_2HitMask(const Image& image);
+[[nodiscard]] HitMask opaqueGenericGrayGamma2_2HitMask(const Image& image);
 
 }  // namespace iconwright

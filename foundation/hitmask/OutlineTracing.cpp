@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "foundation/hitmask/ByteScanning.hpp"
 #include "foundation/hitmask/HitMask.hpp"
 #include "foundation/support/Assertions.hpp"
 
@@ -54,14 +55,29 @@ constexpr std::uint8_t visitedBit = 2;
 /// walk never tests bounds. Pixel (x, y) is at (y + 1) × stride + x + 1.
 class TracingGrid {
  public:
+  /// Builds the grid and, in the same pass, lists the covered pixels with an uncovered pixel
+  /// above, the only ones that can start a walk.
   explicit TracingGrid(const HitMask& mask)
       : width_(mask.width()), height_(mask.height()), stride_(std::size_t(width_) + 2),
         cells_(stride_ * (std::size_t(height_) + 2), 0) {
     const std::uint8_t* bytes = mask.bytes().data();
+    const std::size_t width = std::size_t(width_);
     for (std::size_t y = 0; y < std::size_t(height_); ++y) {
-      const std::uint8_t* in = bytes + y * std::size_t(width_);
+      const std::uint8_t* in = bytes + y * width;
       std::uint8_t* out = cellAt(0, int(y));
-      for (std::size_t x = 0; x < std::size_t(width_); ++x) out[x] = in[x] != 0;
+      const std::uint8_t* above = out - stride_;  // already built, or the border
+      std::size_t x = 0;
+      for (; std::endian::native == std::endian::little && x + 8 <= width; x += 8) {
+        const std::uint64_t flags = bytescan::nonZeroFlags(bytescan::load(in + x));
+        std::memcpy(out + x, &flags, 8);
+        for (std::uint64_t free = flags & ~bytescan::load(above + x); free; free &= free - 1) {
+          starts_.push_back({int(x) + std::countr_zero(free) / 8, int(y)});
+        }
+      }
+      for (; x < width; ++x) {
+        out[x] = in[x] != 0;
+        if (out[x] && !above[x]) starts_.push_back({int(x), int(y)});
+      }
     }
   }
 
@@ -70,31 +86,12 @@ class TracingGrid {
   }
 
   /// Calls start(x, y) for each covered pixel with an uncovered pixel above and not yet
-  /// visited, in scan order. Eight pixels are screened at a time; the visited bit is read
-  /// afresh for each candidate, since each walk marks more pixels.
+  /// visited, in scan order. The visited bit is read at the last moment, since each walk marks
+  /// more pixels.
   template <class Start>
   void forEachStart(Start start) {
-    constexpr std::uint64_t lowBits = 0x0101010101010101ULL;
-    for (int y = 0; y < height_; ++y) {
-      std::uint8_t* row = cellAt(0, y);
-      const std::uint8_t* above = row - stride_;
-      int x = 0;
-      for (; x + 8 <= width_; x += 8) {
-        std::uint64_t here, up;
-        std::memcpy(&here, row + x, 8);
-        std::memcpy(&up, above + x, 8);
-        std::uint64_t candidates = here & ~up & ~(here >> 1) & lowBits;
-        while (candidates) {
-          const int offset = std::countr_zero(candidates) / 8;
-          candidates &= candidates - 1;
-          if (!(row[x + offset] & visitedBit)) start(x + offset, y);
-        }
-      }
-      for (; x < width_; ++x) {
-        if ((row[x] & coveredBit) && !(above[x] & coveredBit) && !(row[x] & visitedBit)) {
-          start(x, y);
-        }
-      }
+    for (const auto [x, y] : starts_) {
+      if (!(*cellAt(x, y) & visitedBit)) start(x, y);
     }
   }
 
@@ -125,9 +122,13 @@ class TracingGrid {
   }
 
  private:
+  struct Pixel {
+    int x, y;
+  };
   int width_, height_;
   std::size_t stride_;
   std::vector<std::uint8_t> cells_;
+  std::vector<Pixel> starts_;
 };
 
 }  // namespace

@@ -1,9 +1,9 @@
 #include "foundation/hitmask/RectangleIntersector.hpp"
 
-#include <cmath>
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 
+#include "foundation/hitmask/ByteScanning.hpp"
 #include "foundation/hitmask/HitMask.hpp"
 #include "foundation/support/Assertions.hpp"
 
@@ -11,100 +11,153 @@ namespace iconwright {
 
 namespace {
 
-bool anyNonZero(const std::uint8_t* bytes, std::size_t count) {
-  std::size_t i = 0;
-  for (; i + 32 <= count; i += 32) {
-    std::uint64_t words[4];
-    std::memcpy(words, bytes + i, 32);
-    if (words[0] | words[1] | words[2] | words[3]) return true;
-  }
-  for (; i + 8 <= count; i += 8) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes + i, 8);
-    if (word) return true;
-  }
-  for (; i < count; ++i) {
-    if (bytes[i]) return true;
-  }
-  return false;
-}
-
-/// A rect edge as a pixel coordinate clamped to 0...limit; NaN counts as 0.
-int clampedEdge(double value, int limit) {
-  if (!(value > 0)) return 0;
+/// floor(value) and ceil(value) clamped to 0...limit, for values that are not NaN.
+int floorEdge(double value, int limit) {
+  if (value <= 0) return 0;
   if (value >= limit) return limit;
   return static_cast<int>(value);
+}
+int ceilEdge(double value, int limit) {
+  if (value <= 0) return 0;
+  if (value >= limit) return limit;
+  const int truncated = static_cast<int>(value);
+  return truncated + (truncated < value);
 }
 
 }  // namespace
 
 /// The nodes in one array: a node's four children are consecutive, in the order min-x min-y,
 /// min-x max-y, max-x min-y, max-x max-y. The tree keeps its own copy of the mask's bytes.
+/// Besides whether any pixel of its area is covered, a node knows whether every pixel is; such
+/// a node answers any rect that reaches a whole pixel into it without descending.
 struct HitMaskRectangleIntersector::Tree {
   struct Node {
+    double minX, minY, maxX, maxY;
     int x, y, width, height;
-    bool hasCoverage;
     std::int32_t firstChild;  // −1 at a leaf
+    bool hasCoverage;
+    bool fullCoverage;  // no zero byte (true for an area without pixels)
   };
 
   std::vector<std::uint8_t> bytes;
   int maskWidth = 0, maskHeight = 0;
   std::vector<Node> nodes;
 
+  [[nodiscard]] const std::uint8_t* row(int y) const {
+    return bytes.data() + std::size_t(y) * std::size_t(maskWidth);
+  }
+
   /// Whether any pixel with x0 ≤ x < x1, y0 ≤ y < y1 (within the mask) is non-zero.
   [[nodiscard]] bool scanPixels(int x0, int y0, int x1, int y1) const {
     if (x0 >= x1) return false;
     for (int y = y0; y < y1; ++y) {
-      const std::uint8_t* row = bytes.data() + std::size_t(y) * std::size_t(maskWidth);
-      if (anyNonZero(row + x0, std::size_t(x1 - x0))) return true;
+      if (bytescan::anyNonZero(row(y) + x0, std::size_t(x1 - x0))) return true;
     }
     return false;
   }
 
-  /// The scan of a rect: rounded outward to whole pixels and clipped to the mask.
-  [[nodiscard]] bool scanRect(const Rect& rect) const {
-    const Rect r = rect.integral();
-    return scanPixels(clampedEdge(r.minX(), maskWidth), clampedEdge(r.minY(), maskHeight),
-                      clampedEdge(r.maxX(), maskWidth), clampedEdge(r.maxY(), maskHeight));
+  /// How many nodes the slicing makes for a slice of this size.
+  static std::size_t nodeCount(int width, int height, int minimumSliceSize) {
+    if (!(minimumSliceSize < width || minimumSliceSize < height)) return 1;
+    const int hw = width / 2, hh = height / 2;
+    return 1 + nodeCount(hw, hh, minimumSliceSize) + nodeCount(hw, height - hh, minimumSliceSize) +
+           nodeCount(width - hw, hh, minimumSliceSize) +
+           nodeCount(width - hw, height - hh, minimumSliceSize);
   }
 
-  bool build(std::size_t index, int minimumSliceSize) {
+  static Node makeNode(int x, int y, int width, int height) {
+    return {double(x), double(y), double(x) + width, double(y) + height, x, y, width, height,
+            -1, false, false};
+  }
+
+  void build(std::size_t index, int minimumSliceSize) {
     const Node slice = nodes[index];
-    bool covered = false;
+    bool any = false, all = true;
     if (minimumSliceSize < slice.width || minimumSliceSize < slice.height) {
       const int hw = slice.width / 2, hh = slice.height / 2;
       const auto first = static_cast<std::int32_t>(nodes.size());
       nodes[index].firstChild = first;
-      nodes.push_back({slice.x, slice.y, hw, hh, false, -1});
-      nodes.push_back({slice.x, slice.y + hh, hw, slice.height - hh, false, -1});
-      nodes.push_back({slice.x + hw, slice.y, slice.width - hw, hh, false, -1});
-      nodes.push_back({slice.x + hw, slice.y + hh, slice.width - hw, slice.height - hh, false, -1});
+      nodes.push_back(makeNode(slice.x, slice.y, hw, hh));
+      nodes.push_back(makeNode(slice.x, slice.y + hh, hw, slice.height - hh));
+      nodes.push_back(makeNode(slice.x + hw, slice.y, slice.width - hw, hh));
+      nodes.push_back(makeNode(slice.x + hw, slice.y + hh, slice.width - hw, slice.height - hh));
       for (std::size_t child = 0; child < 4; ++child) {
-        covered = build(std::size_t(first) + child, minimumSliceSize) || covered;
+        build(std::size_t(first) + child, minimumSliceSize);
+        any = any || nodes[std::size_t(first) + child].hasCoverage;
+        all = all && nodes[std::size_t(first) + child].fullCoverage;
       }
     } else {
-      covered = scanPixels(slice.x, slice.y, slice.x + slice.width, slice.y + slice.height);
+      // One pass over the slice's bytes, sixteen at a time, until both answers are known.
+      const std::size_t count = std::size_t(slice.width), blocks = count / 16;
+      bytescan::Block anyBytes{}, zeroBytes{};
+      for (int y = slice.y; y < slice.y + slice.height; ++y) {
+        const std::uint8_t* bytes = row(y) + slice.x;
+        for (std::size_t i = 0; i < blocks; ++i) {
+          const bytescan::Block block = bytescan::loadBlock(bytes + 16 * i);
+          anyBytes |= block;
+          zeroBytes |= block == 0;
+        }
+        for (std::size_t i = blocks * 16; i < count; ++i) {
+          anyBytes[0] |= bytes[i];
+          zeroBytes[0] |= bytes[i] == 0;
+        }
+        if (bytescan::anyNonZero(anyBytes) && bytescan::anyNonZero(zeroBytes)) break;
+      }
+      any = bytescan::anyNonZero(anyBytes);
+      all = !bytescan::anyNonZero(zeroBytes);
+
     }
-    nodes[index].hasCoverage = covered;
-    return covered;
+    nodes[index].hasCoverage = any;
+    nodes[index].fullCoverage = all;
   }
 
-  [[nodiscard]] bool query(std::size_t index, const Rect& rect, double minX, double minY,
-                           double maxX, double maxY) const {
-    const Node& node = nodes[index];
-    const double areaMaxX = double(node.x) + node.width, areaMaxY = double(node.y) + node.height;
-    // The area lies wholly inside: its flag answers for every pixel under it.
-    if (minX <= node.x && minY <= node.y && areaMaxX <= maxX && areaMaxY <= maxY) {
-      return node.hasCoverage;
+  /// The pixel scan of the intersection of the rect and the node's area: the intersection
+  /// rounded outward to whole pixels (the rect rules of Geometry.hpp, inlined), clipped to the
+  /// mask. Requires: they intersect.
+  [[nodiscard]] bool scanWithin(const Node& node, double minX, double minY, double maxX,
+                                double maxY) const {
+    const double x0 = std::max(minX, node.minX), y0 = std::max(minY, node.minY);
+    const double width = std::min(maxX, node.maxX) - x0, height = std::min(maxY, node.maxY) - y0;
+    const int px0 = floorEdge(x0, maskWidth), px1 = ceilEdge(x0 + width, maskWidth);
+    const int py0 = floorEdge(y0, maskHeight), py1 = ceilEdge(y0 + height, maskHeight);
+    if (px0 >= px1 || py0 >= py1) return false;
+    return node.fullCoverage || scanPixels(px0, py0, px1, py1);
+  }
+
+  /// Depth first from the root. Every node on the stack intersects the rect (closed intervals:
+  /// touching counts); its children are chosen by which side of the split lines the rect
+  /// reaches, since a child shares all but one edge with its parent on each axis.
+  [[nodiscard]] bool query(const Rect& rect) const {
+    const double minX = rect.minX(), minY = rect.minY(), maxX = rect.maxX(), maxY = rect.maxY();
+    const Node& root = nodes.front();
+    if (!(minX <= root.maxX && root.minX <= maxX && minY <= root.maxY && root.minY <= maxY)) {
+      return false;
     }
-    // Closed intervals: an area that only touches the rect still intersects it.
-    if (!(minX <= areaMaxX && node.x <= maxX && minY <= areaMaxY && node.y <= maxY)) return false;
-    if (!node.hasCoverage) return false;
-    if (node.firstChild < 0) {
-      return scanRect(rect.intersection(Rect::makeXYWH(node.x, node.y, node.width, node.height)));
-    }
-    for (std::size_t child = 0; child < 4; ++child) {
-      if (query(std::size_t(node.firstChild) + child, rect, minX, minY, maxX, maxY)) return true;
+    const Node* stack[128];  // at most three siblings waiting per level, 32 levels at most
+    std::size_t depth = 0;
+    stack[depth++] = &root;
+    while (depth > 0) {
+      const Node& node = *stack[--depth];
+      // The area lies wholly inside: its flag answers for every pixel under it.
+      if (minX <= node.minX && minY <= node.minY && node.maxX <= maxX && node.maxY <= maxY) {
+        if (node.hasCoverage) return true;
+        continue;
+      }
+      if (!node.hasCoverage) continue;
+      if (node.fullCoverage || node.firstChild < 0) {
+        if (scanWithin(node, minX, minY, maxX, maxY)) return true;
+        continue;
+      }
+      const Node* children = &nodes[std::size_t(node.firstChild)];
+      // children[0] spans minX...splitX, children[2] splitX...maxX; likewise in y.
+      const double splitX = children[0].maxX, splitY = children[0].maxY;
+      const bool low = minX <= splitX, high = maxX >= splitX;
+      const bool top = minY <= splitY, bottom = maxY >= splitY;
+      // Pushed in reverse so that they come off in field order.
+      if (high && bottom) stack[depth++] = &children[3];
+      if (high && top) stack[depth++] = &children[2];
+      if (low && bottom) stack[depth++] = &children[1];
+      if (low && top) stack[depth++] = &children[0];
     }
     return false;
   }
@@ -117,14 +170,15 @@ HitMaskRectangleIntersector::HitMaskRectangleIntersector(const HitMask& mask,
   tree->bytes = mask.bytes();
   tree->maskWidth = mask.width();
   tree->maskHeight = mask.height();
-  tree->nodes.push_back({0, 0, mask.width(), mask.height(), false, -1});
+  tree->nodes.reserve(Tree::nodeCount(mask.width(), mask.height(), minimumSliceSize));
+  tree->nodes.push_back(Tree::makeNode(0, 0, mask.width(), mask.height()));
   tree->build(0, minimumSliceSize);
   tree_ = std::move(tree);
 }
 
 bool HitMaskRectangleIntersector::anyPixelsIntersect(const Rect& rect) const {
   if (rect.isNull()) return false;
-  return tree_->query(0, rect, rect.minX(), rect.minY(), rect.maxX(), rect.maxY());
+  return tree_->query(rect);
 }
 
 std::vector<Rect> HitMaskRectangleIntersector::leafSlices() const {
