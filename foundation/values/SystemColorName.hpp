@@ -8,12 +8,11 @@
 #include <string_view>
 
 #include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/specialization/Appearance.hpp"
 #include "foundation/support/Enumeration.hpp"
 #include "foundation/values/PlatformColor.hpp"
 
 namespace iconwright {
-
-enum class Appearance : std::uint8_t;
 
 enum class SystemColorName : std::uint8_t {
   systemRed,
