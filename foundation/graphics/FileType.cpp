@@ -36,7 +36,7 @@ constexpr std::array<Entry, kCount> kTable = {{
     {"public.svg-image", {"svg"}, 1, {kImage, kNone}},
     {"public.directory", {}, 0, {kItem, kNone}},
     {"public.folder", {}, 0, {kDirectory, kNone}},
-    {"com.apple.package", {}, 0, {kDirectory, kNone}},
+    {"public.package", {}, 0, {kDirectory, kNone}},
     {"public.url", {}, 0, {kData, kNone}},
     {"public.file-url", {}, 0, {kURL, kNone}},
 }};

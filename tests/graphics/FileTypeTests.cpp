@@ -23,7 +23,7 @@ TEST(FileType, LookupByExtensionAndIdentifier) {
 
   EXPECT_EQ(FileType::fromIdentifier("public.svg-image"), FileType::svg());
   EXPECT_EQ(FileType::fromIdentifier("org.webmproject.webp"), FileType::webP());
-  EXPECT_EQ(FileType::fromIdentifier("com.apple.package"), FileType::package());
+  EXPECT_EQ(FileType::fromIdentifier("public.package"), FileType::package());
   EXPECT_FALSE(FileType::fromIdentifier("public.PNG"));
   for (const FileType& type : FileType::decodableImageTypes())
     EXPECT_EQ(FileType::fromIdentifier(type.identifier()), type);
