@@ -1,36 +1,13 @@
 #include "foundation/format/json/JSONWriter.hpp"
 
-#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <stdexcept>
+
+#include "foundation/support/NumberDescription.hpp"
 
 namespace iconwright {
 
 namespace {
-
-constexpr double twoToThe53 = 9007199254740992.0;
-
-// Fixed notation from the shortest digits and the decimal exponent of the first digit.
-std::string fixedNotation(bool negative, const std::string& digits, int exponent) {
-  std::string text = negative ? "-" : "";
-  if (exponent < 0) {
-    text += "0.";
-    text.append(static_cast<std::size_t>(-exponent - 1), '0');
-    text += digits;
-    return text;
-  }
-  const auto integerDigits = static_cast<std::size_t>(exponent) + 1;
-  if (digits.size() <= integerDigits) {
-    text += digits;
-    text.append(integerDigits - digits.size(), '0');
-  } else {
-    text += digits.substr(0, integerDigits);
-    text += '.';
-    text += digits.substr(integerDigits);
-  }
-  return text;
-}
 
 void writeString(std::string& out, const std::string& text, bool escapesSlashes) {
   static constexpr char hex[] = "0123456789abcdef";
@@ -140,23 +117,9 @@ class Writer {
 }  // namespace
 
 std::string formatJSONNumber(double value) {
-  if (value == 0) return std::signbit(value) ? "-0" : "0";
-  char buffer[64];
-  auto result = std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific);
-  std::string scientific(buffer, result.ptr);
-
-  const double magnitude = std::fabs(value);
-  const auto ePosition = scientific.find('e');
-  const int exponent = std::atoi(scientific.c_str() + ePosition + 1);
-  const bool exponential = exponent < -4 || (magnitude >= twoToThe53 && magnitude != twoToThe53);
-  if (exponential) return scientific;  // "1e-05", "1.5e+16": already the required shape
-
-  const bool negative = value < 0;
-  std::string digits;
-  for (std::size_t i = negative ? 1 : 0; i < ePosition; ++i) {
-    if (scientific[i] != '.') digits += scientific[i];
-  }
-  return fixedNotation(negative, digits, exponent);
+  std::string text = doubleDescription(value);
+  if (text.ends_with(".0")) text.resize(text.size() - 2);
+  return text;
 }
 
 std::string writeJSON(const JSONValue& value, JSONWritingOptions options) {
