@@ -34,7 +34,9 @@ HitMaskOutline::HitMaskOutline(std::vector<Point> points) : points_(std::move(po
 double HitMaskOutline::length() const {
   const std::size_t n = points_.size();
   double total = 0;
-  for (std::size_t i = 0; i < n; ++i) total += distanceBetween(points_[i], points_[(i + 1) % n]);
+  for (std::size_t i = 0; i < n; ++i) {
+    total += distanceBetween(points_[i], points_[i + 1 < n ? i + 1 : 0]);
+  }
   return total;
 }
 
@@ -43,7 +45,8 @@ void HitMaskOutline::removeRedundantPoints() {
   if (n == 0) return;
   std::vector<char> redundant(n, 0);
   for (std::size_t i = 0; i < n; ++i) {
-    const Point prev = points_[(i + n - 1) % n], cur = points_[i], next = points_[(i + 1) % n];
+    const Point prev = points_[i > 0 ? i - 1 : n - 1], cur = points_[i],
+                next = points_[i + 1 < n ? i + 1 : 0];
     if (prev == cur) {
       redundant[i] = (next.x == cur.x) != (next.y == cur.y);
     } else {
@@ -58,7 +61,8 @@ void HitMaskOutline::introduceDiagonals() {
   if (n == 0) return;
   std::vector<char> cut(n, 0);
   for (std::size_t i = 0; i < n; ++i) {
-    const Point prev = points_[(i + n - 1) % n], cur = points_[i], next = points_[(i + 1) % n];
+    const Point prev = points_[i > 0 ? i - 1 : n - 1], cur = points_[i],
+                next = points_[i + 1 < n ? i + 1 : 0];
     const bool notOnLeft =
         (next.y - prev.y) * (cur.x - prev.x) <= (next.x - prev.x) * (cur.y - prev.y);
     const bool unitStep = std::fabs(prev.x - next.x) == 1 || std::fabs(prev.y - next.y) == 1;
@@ -89,8 +93,9 @@ HitMaskOutline::WalkEnd HitMaskOutline::walk(Point position, std::size_t nextInd
   const std::size_t n = points_.size();
   if (n < 2) ICONWRIGHT_FATAL(source, "");
   double remaining = distance;
+  std::size_t wrapped = nextIndex % n;
   while (true) {
-    const Point target = points_[nextIndex % n];
+    const Point target = points_[wrapped];
     const double d = distanceBetween(position, target);
     if (remaining <= d) {
       const double f = remaining / d;
@@ -100,6 +105,7 @@ HitMaskOutline::WalkEnd HitMaskOutline::walk(Point position, std::size_t nextInd
     remaining -= d;
     position = target;
     ++nextIndex;
+    if (++wrapped == n) wrapped = 0;
   }
 }
 

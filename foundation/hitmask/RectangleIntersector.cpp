@@ -138,13 +138,15 @@ struct HitMaskRectangleIntersector::Tree {
     stack[depth++] = &root;
     while (depth > 0) {
       const Node& node = *stack[--depth];
-      // The area lies wholly inside: its flag answers for every pixel under it.
-      if (minX <= node.minX && minY <= node.minY && node.maxX <= maxX && node.maxY <= maxY) {
+      // The area lies wholly inside: its flag answers for every pixel under it. (Non-short-
+      // circuit operators here and below: random rects make branches a coin toss.)
+      const bool inside = (minX <= node.minX) & (minY <= node.minY) & (node.maxX <= maxX) &
+                          (node.maxY <= maxY);
+      if (inside | !node.hasCoverage) {
         if (node.hasCoverage) return true;
         continue;
       }
-      if (!node.hasCoverage) continue;
-      if (node.fullCoverage || node.firstChild < 0) {
+      if (node.fullCoverage | (node.firstChild < 0)) {
         if (scanWithin(node, minX, minY, maxX, maxY)) return true;
         continue;
       }
@@ -154,10 +156,14 @@ struct HitMaskRectangleIntersector::Tree {
       const bool low = minX <= splitX, high = maxX >= splitX;
       const bool top = minY <= splitY, bottom = maxY >= splitY;
       // Pushed in reverse so that they come off in field order.
-      if (high && bottom) stack[depth++] = &children[3];
-      if (high && top) stack[depth++] = &children[2];
-      if (low && bottom) stack[depth++] = &children[1];
-      if (low && top) stack[depth++] = &children[0];
+      stack[depth] = &children[3];
+      depth += high & bottom;
+      stack[depth] = &children[2];
+      depth += high & top;
+      stack[depth] = &children[1];
+      depth += low & bottom;
+      stack[depth] = &children[0];
+      depth += low & top;
     }
     return false;
   }
