@@ -118,7 +118,7 @@ HitMask HitMask::fromImage(const Image& image) {
   const std::uint8_t* pixels = image.pixels().data();
   std::uint8_t* out = mask.bytes_.data();
   // Alpha is the fourth byte of each premultiplied BGRA pixel, the top byte of its
-  // little-endian word. Fixed-size blocks let the compiler turn the loop into vector shuffles.
+  // little-endian word. Fixed-size blocks let the compiler turn the loop into vector shifts and packs.
   constexpr std::size_t block = 16;
   std::size_t i = 0;
   for (; std::endian::native == std::endian::little && i + block <= count; i += block) {
