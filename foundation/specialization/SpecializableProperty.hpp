@@ -50,6 +50,10 @@ class SpecializableProperty {
   SpecializableProperty(std::vector<Specialization> specializations, T defaultValue)
       : specializations_(std::move(specializations)), defaultValue_(std::move(defaultValue)) {}
 
+  /// The plain form in which the property reaches the document; defined with its JSON in
+  /// foundation/format/SpecializationEncoding.hpp.
+  struct Snapshot;
+
   [[nodiscard]] const std::vector<Specialization>& specializations() const { return specializations_; }
   /// Fixed for the life of the property; the operations here never change it.
   [[nodiscard]] const T& defaultValue() const { return defaultValue_; }
@@ -108,6 +112,10 @@ class SpecializableProperty {
     for (const auto& specialization : specializations_) values.push_back(specialization.value);
     return values;
   }
+
+  /// universal for a single override at the base slot, absent for none, else specialized.
+  /// Defined in foundation/format/SpecializationEncoding.hpp.
+  [[nodiscard]] std::optional<Snapshot> snapshot() const;
 
   // Writing.
 
