@@ -27,7 +27,7 @@ namespace iconwright {
 [[nodiscard]] std::weak_ordering caseInsensitiveCompare(std::string_view lhs, std::string_view rhs);
 
 /// The characters of UTF-8 text; an invalid byte stands for itself (a value below 0x100
-/// flagged as such) so that it can be written back unchanged.
+/// flagged as such) so that it can be written back unchanged. A view: the text must outlive it.
 class UTF8Characters {
  public:
   struct Character {
