@@ -1,0 +1,236 @@
+// Group: the middle level of a document — an ordered list of layers composited as one unit,
+// with the effects that apply to that unit and a position of its own. A group owns its
+// layers; each layer points back weakly. Unlike a composition or a layer, a group holds its
+// document strongly. Layer management mirrors the composition's group management.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/assets/AssetName.hpp"
+#include "foundation/document/IconwrightDocumentMember.hpp"
+#include "foundation/document/Layer.hpp"
+#include "foundation/document/SharedGroupAndLayerProperties.hpp"
+#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/specialization/SpecializableProperty.hpp"
+#include "foundation/values/EffectValues.hpp"
+#include "foundation/values/Position.hpp"
+
+namespace iconwright {
+
+class IconComposition;
+
+class Group final : public SharedGroupAndLayerProperties {
+  struct ConstructionKey {
+    explicit ConstructionKey() = default;
+  };
+
+ public:
+  /// The plain-value form, defined with the file format.
+  struct Snapshot;
+  using Layers = std::vector<std::shared_ptr<Layer>>;
+
+  explicit Group(ConstructionKey) {}
+
+  /// The defaults, then the name through its setter, then the layers appended in order as
+  /// insert(layers, count) adds them.
+  [[nodiscard]] static std::shared_ptr<Group> create(std::optional<std::string> name = std::nullopt, Layers layers = {});
+
+  // Defined with the file format. clone() is a new free group with the same name and
+  // properties and clones of the layers.
+  [[nodiscard]] static std::shared_ptr<Group> create(const Snapshot& snapshot);
+  [[nodiscard]] Snapshot snapshot() const;
+  [[nodiscard]] std::shared_ptr<Group> clone() const;
+
+  // IconwrightDocumentMember. The document is held strongly.
+  [[nodiscard]] std::shared_ptr<IconwrightDocument> document() const override { return document_; }
+  void setDocument(std::shared_ptr<IconwrightDocument> document) override { document_ = std::move(document); }
+  /// The layers.
+  [[nodiscard]] std::vector<std::shared_ptr<IconwrightDocumentMember>> children() const override;
+  [[nodiscard]] const ObservationRegistrar& observationRegistrar() const override { return registrar_; }
+  void notifyMemberChanged(std::string_view property) override { registrar_.notify(this, property); }
+
+  /// Null when free (or when the composition is gone).
+  [[nodiscard]] std::shared_ptr<IconComposition> iconComposition() const { return iconComposition_.lock(); }
+
+  // Layers, front of the list first.
+
+  [[nodiscard]] const Layers& layers() const { return layers_; }
+  /// Splices the layer in, makes this group its group and gives it this group's document;
+  /// with a document, records an undo step that removes it again. A layer that already has a
+  /// group prints "IconwrightFoundation/IconComposition.Group:118: Assertion Failure: Layer is
+  /// already in another group" and is inserted all the same.
+  /// Requires: index <= layers().size() (a fatal assertion otherwise).
+  void insert(std::shared_ptr<Layer> layer, std::size_t index);
+  /// Each layer in turn at a rising index: one undo step per layer.
+  void insert(const Layers& layers, std::size_t index);
+  void append(std::shared_ptr<Layer> layer) { insert(std::move(layer), layers_.size()); }
+  void append(const Layers& layers) { insert(layers, layers_.size()); }
+  void remove(const std::shared_ptr<Layer>& layer) { remove(Layers{layer}); }
+  /// Removes each distinct layer of the list, in list order: clears its group, takes it out of
+  /// the document and, with a document, records an undo step that reinserts it where it was.
+  /// A layer not in this group prints "IconwrightFoundation/CoreAdditions:15: Assertion
+  /// Failure: Unreachable code has been reached" and is skipped.
+  void remove(const Layers& layers);
+  /// Takes each incoming layer out of any other group first, removes all current layers,
+  /// then appends the incoming ones in order.
+  void setLayers(const Layers& layers);
+  /// Reads layers(); writes through setLayers().
+  [[nodiscard]] MemberLense<Layers> layersLenseForUndo();
+
+  // Names.
+
+  [[nodiscard]] const std::optional<std::string>& name() const { return name_; }
+  void setName(std::optional<std::string> name) { change(nameKeyPath, std::move(name), true); }
+  /// The name, or localizedDefaultName() when there is none.
+  [[nodiscard]] std::string inspectedName() const;
+  /// An empty text clears the name.
+  void setInspectedName(std::string_view text);
+  /// "Group".
+  [[nodiscard]] static std::string localizedDefaultName();
+  /// <group name="NAME" id="0x…">, with the inspected name and the object's address.
+  [[nodiscard]] std::string description() const;
+
+  // Properties.
+
+  [[nodiscard]] const SpecializableProperty<bool>& isHidden() const override { return isHidden_; }
+  void setIsHidden(SpecializableProperty<bool> isHidden) override { change(isHiddenKeyPath, std::move(isHidden), true); }
+  [[nodiscard]] const SpecializableProperty<Lighting>& lighting() const { return lighting_; }
+  void setLighting(SpecializableProperty<Lighting> lighting) { change(lightingKeyPath, std::move(lighting), true); }
+  [[nodiscard]] const SpecializableProperty<AssetMirroring>& assetMirroring() const override { return assetMirroring_; }
+  void setAssetMirroring(SpecializableProperty<AssetMirroring> assetMirroring) override {
+    change(assetMirroringKeyPath, std::move(assetMirroring), true);
+  }
+  [[nodiscard]] const SpecializableProperty<BlendMode>& blendMode() const { return blendMode_; }
+  void setBlendMode(SpecializableProperty<BlendMode> blendMode) { change(blendModeKeyPath, std::move(blendMode), true); }
+  [[nodiscard]] const SpecializableProperty<BlurMaterial>& blurMaterial() const { return blurMaterial_; }
+  void setBlurMaterial(SpecializableProperty<BlurMaterial> blurMaterial) {
+    change(blurMaterialKeyPath, std::move(blurMaterial), true);
+  }
+  [[nodiscard]] const SpecializableProperty<Shadow>& shadow() const { return shadow_; }
+  void setShadow(SpecializableProperty<Shadow> shadow) { change(shadowKeyPath, std::move(shadow), true); }
+  [[nodiscard]] const SpecializableProperty<Translucency>& translucency() const { return translucency_; }
+  void setTranslucency(SpecializableProperty<Translucency> translucency) {
+    change(translucencyKeyPath, std::move(translucency), true);
+  }
+  [[nodiscard]] const SpecializableProperty<bool>& specular() const { return specular_; }
+  void setSpecular(SpecializableProperty<bool> specular) { change(specularKeyPath, std::move(specular), true); }
+  [[nodiscard]] const SpecializableProperty<double>& opacity() const override { return opacity_; }
+  void setOpacity(SpecializableProperty<double> opacity) override { change(opacityKeyPath, std::move(opacity), true); }
+  [[nodiscard]] const SpecializableProperty<Position>& position() const override { return position_; }
+  void setPosition(SpecializableProperty<Position> position) override { change(positionKeyPath, std::move(position), true); }
+
+  static const MemberKeyPath<Group, std::optional<std::string>> nameKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<bool>> isHiddenKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<Lighting>> lightingKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<AssetMirroring>> assetMirroringKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<BlendMode>> blendModeKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<BlurMaterial>> blurMaterialKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<Shadow>> shadowKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<Translucency>> translucencyKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<bool>> specularKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<double>> opacityKeyPath;
+  static const MemberKeyPath<Group, SpecializableProperty<Position>> positionKeyPath;
+
+  // Property enumeration, in declaration order; see Layer for the three forms.
+
+  template <class Visitor>
+  static void forEachPropertyKeyPath(Visitor&& visitor);
+  template <class Visitor>
+  void enumerateProperties(Visitor&& visitor) const {
+    forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, this->*keyPath.storage); });
+  }
+  template <class Visitor>
+  void updateProperties(Visitor&& visitor) {
+    forEachPropertyKeyPath([&](const auto& keyPath) {
+      auto property = this->*keyPath.storage;
+      visitor(keyPath.name, property);
+      change(keyPath, std::move(property), true);
+    });
+  }
+
+  // Questions for one slot.
+
+  /// blendMode, then opacity; true only if both say so.
+  [[nodiscard]] bool shouldAutoAdaptAppearance(const SpecializationSlot& slot) const;
+  /// The group's own mirrorable for the slot, else the composition's implicitAssetMirroring;
+  /// false without a composition.
+  [[nodiscard]] bool effectiveIsMirrorable(const SpecializationSlot& slot) const;
+
+  // Asset references: those of the layers.
+
+  void collectAssetReferences(AssetReferenceSet& references) const;
+  void updateAssetReferences(const AssetRenames& renames);
+  [[nodiscard]] AssetReferenceSet assetReferences() const;
+  /// Renames in place and returns this group.
+  std::shared_ptr<Group> updatingAssetReferences(const AssetRenames& renames);
+
+  /// Members of the group's manifest object that the format does not declare, kept to be
+  /// written back. Neither observed nor undoable.
+  [[nodiscard]] const JSONValue::Object& unknownManifestMembers() const { return unknownManifestMembers_; }
+  void setUnknownManifestMembers(JSONValue::Object members) { unknownManifestMembers_ = std::move(members); }
+
+ private:
+  friend struct detail::ChildLinks<Group, Layer>;
+  friend struct detail::ChildLinks<IconComposition, Group>;
+
+  void setIconComposition(const std::shared_ptr<IconComposition>& composition);
+  void storeLayers(Layers layers);
+
+  std::optional<std::string> name_;
+  std::shared_ptr<IconwrightDocument> document_;
+  std::weak_ptr<IconComposition> iconComposition_;
+  SpecializableProperty<bool> isHidden_{false};
+  SpecializableProperty<Lighting> lighting_{Lighting::individual};
+  SpecializableProperty<AssetMirroring> assetMirroring_{AssetMirroring{}};
+  SpecializableProperty<BlendMode> blendMode_{BlendMode::normal};
+  SpecializableProperty<BlurMaterial> blurMaterial_{BlurMaterial::initial};
+  SpecializableProperty<Shadow> shadow_{Shadow::initial};
+  SpecializableProperty<Translucency> translucency_{Translucency::initial};
+  SpecializableProperty<bool> specular_{true};
+  SpecializableProperty<double> opacity_{1.0};
+  SpecializableProperty<Position> position_{Position::zero};
+  Layers layers_;
+  ObservationRegistrar registrar_;
+  JSONValue::Object unknownManifestMembers_;
+};
+
+inline constexpr MemberKeyPath<Group, std::optional<std::string>> Group::nameKeyPath{&Group::name_, "name"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<bool>> Group::isHiddenKeyPath{&Group::isHidden_,
+                                                                                         "isHidden"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<Lighting>> Group::lightingKeyPath{&Group::lighting_,
+                                                                                             "lighting"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<AssetMirroring>> Group::assetMirroringKeyPath{
+    &Group::assetMirroring_, "assetMirroring"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<BlendMode>> Group::blendModeKeyPath{&Group::blendMode_,
+                                                                                               "blendMode"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<BlurMaterial>> Group::blurMaterialKeyPath{
+    &Group::blurMaterial_, "blurMaterial"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<Shadow>> Group::shadowKeyPath{&Group::shadow_, "shadow"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<Translucency>> Group::translucencyKeyPath{
+    &Group::translucency_, "translucency"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<bool>> Group::specularKeyPath{&Group::specular_,
+                                                                                         "specular"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<double>> Group::opacityKeyPath{&Group::opacity_, "opacity"};
+inline constexpr MemberKeyPath<Group, SpecializableProperty<Position>> Group::positionKeyPath{&Group::position_,
+                                                                                             "position"};
+
+template <class Visitor>
+void Group::forEachPropertyKeyPath(Visitor&& visitor) {
+  visitor(isHiddenKeyPath);
+  visitor(lightingKeyPath);
+  visitor(assetMirroringKeyPath);
+  visitor(blendModeKeyPath);
+  visitor(blurMaterialKeyPath);
+  visitor(shadowKeyPath);
+  visitor(translucencyKeyPath);
+  visitor(specularKeyPath);
+  visitor(opacityKeyPath);
+  visitor(positionKeyPath);
+}
+
+}  // namespace iconwright

@@ -1,0 +1,219 @@
+// Layer: the leaf of a document — one image asset, placed and styled by specializable
+// properties. A layer finds its asset through its group and that group's composition, so a
+// free layer (no group) has none. Every setter changes the property through change():
+// observers hear it once and, with a document, an undo step is recorded.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "foundation/assets/AssetFile.hpp"
+#include "foundation/assets/AssetName.hpp"
+#include "foundation/document/IconwrightDocumentMember.hpp"
+#include "foundation/document/SharedGroupAndLayerProperties.hpp"
+#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/platforms/Localization.hpp"
+#include "foundation/specialization/SpecializableProperty.hpp"
+#include "foundation/values/EffectValues.hpp"
+#include "foundation/values/Fill.hpp"
+#include "foundation/values/Position.hpp"
+
+namespace iconwright {
+
+class Group;
+class IconComposition;
+
+class Layer final : public SharedGroupAndLayerProperties {
+  struct ConstructionKey {
+    explicit ConstructionKey() = default;
+  };
+
+ public:
+  /// The plain-value form, defined with the file format.
+  struct Snapshot;
+  using ImageName = std::optional<AssetName>;
+
+  explicit Layer(ConstructionKey) {}
+
+  /// A layer with no name and the default of every property.
+  [[nodiscard]] static std::shared_ptr<Layer> create();
+  [[nodiscard]] static std::shared_ptr<Layer> create(std::optional<std::string> name);
+
+  // Defined with the file format. clone() is a new free layer with the same name and
+  // properties.
+  [[nodiscard]] static std::shared_ptr<Layer> create(const Snapshot& snapshot);
+  [[nodiscard]] Snapshot snapshot() const;
+  [[nodiscard]] std::shared_ptr<Layer> clone() const;
+
+  // IconwrightDocumentMember. The document is held weakly.
+  [[nodiscard]] std::shared_ptr<IconwrightDocument> document() const override { return document_.lock(); }
+  void setDocument(std::shared_ptr<IconwrightDocument> document) override { document_ = std::move(document); }
+  /// Always empty.
+  [[nodiscard]] std::vector<std::shared_ptr<IconwrightDocumentMember>> children() const override { return {}; }
+  [[nodiscard]] const ObservationRegistrar& observationRegistrar() const override { return registrar_; }
+  void notifyMemberChanged(std::string_view property) override { registrar_.notify(this, property); }
+
+  // Place in the tree.
+
+  /// Null when free (or when the group is gone).
+  [[nodiscard]] std::shared_ptr<Group> group() const { return group_.lock(); }
+  /// The group's composition; null when either link is missing.
+  [[nodiscard]] std::shared_ptr<IconComposition> iconComposition() const;
+  /// The index in the group's layers; absent without a group.
+  [[nodiscard]] std::optional<std::size_t> positionInGroup() const;
+  /// Removes this layer from its group; nothing without one.
+  void removeFromGroup();
+
+  // Names.
+
+  [[nodiscard]] const std::optional<std::string>& name() const { return name_; }
+  void setName(std::optional<std::string> name) { change(nameKeyPath, std::move(name), true); }
+  /// The name, or localizedDefaultName() when there is none.
+  [[nodiscard]] std::string inspectedName() const;
+  /// An empty text clears the name.
+  void setInspectedName(std::string_view text);
+  /// "Layer".
+  [[nodiscard]] static std::string localizedDefaultName();
+  /// <layer name="NAME" id="0x…">, with the inspected name and the object's address.
+  [[nodiscard]] std::string description() const;
+
+  // Properties.
+
+  [[nodiscard]] const SpecializableProperty<ImageName>& imageName() const { return imageName_; }
+  void setImageName(SpecializableProperty<ImageName> imageName) { change(imageNameKeyPath, std::move(imageName), true); }
+  [[nodiscard]] const SpecializableProperty<Position>& position() const override { return position_; }
+  void setPosition(SpecializableProperty<Position> position) override { change(positionKeyPath, std::move(position), true); }
+  [[nodiscard]] const SpecializableProperty<Fill>& fill() const { return fill_; }
+  void setFill(SpecializableProperty<Fill> fill) { change(fillKeyPath, std::move(fill), true); }
+  [[nodiscard]] const SpecializableProperty<BlendMode>& blendMode() const { return blendMode_; }
+  void setBlendMode(SpecializableProperty<BlendMode> blendMode) { change(blendModeKeyPath, std::move(blendMode), true); }
+  [[nodiscard]] const SpecializableProperty<double>& opacity() const override { return opacity_; }
+  void setOpacity(SpecializableProperty<double> opacity) override { change(opacityKeyPath, std::move(opacity), true); }
+  [[nodiscard]] const SpecializableProperty<bool>& isGlass() const { return isGlass_; }
+  void setIsGlass(SpecializableProperty<bool> isGlass) { change(isGlassKeyPath, std::move(isGlass), true); }
+  [[nodiscard]] const SpecializableProperty<AssetMirroring>& assetMirroring() const override { return assetMirroring_; }
+  void setAssetMirroring(SpecializableProperty<AssetMirroring> assetMirroring) override {
+    change(assetMirroringKeyPath, std::move(assetMirroring), true);
+  }
+  [[nodiscard]] const SpecializableProperty<bool>& isHidden() const override { return isHidden_; }
+  void setIsHidden(SpecializableProperty<bool> isHidden) override { change(isHiddenKeyPath, std::move(isHidden), true); }
+
+  static const MemberKeyPath<Layer, std::optional<std::string>> nameKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<ImageName>> imageNameKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<Position>> positionKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<Fill>> fillKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<BlendMode>> blendModeKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<double>> opacityKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<bool>> isGlassKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<AssetMirroring>> assetMirroringKeyPath;
+  static const MemberKeyPath<Layer, SpecializableProperty<bool>> isHiddenKeyPath;
+
+  // Property enumeration, in declaration order.
+
+  /// Calls `visitor(keyPath)` for the key path of each specializable property.
+  template <class Visitor>
+  static void forEachPropertyKeyPath(Visitor&& visitor);
+  /// Calls `visitor(name, property)` for each specializable property.
+  template <class Visitor>
+  void enumerateProperties(Visitor&& visitor) const {
+    forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, this->*keyPath.storage); });
+  }
+  /// Calls `visitor(name, property)` with a copy of each specializable property that it may
+  /// edit; an edited copy is stored through change().
+  template <class Visitor>
+  void updateProperties(Visitor&& visitor) {
+    forEachPropertyKeyPath([&](const auto& keyPath) {
+      auto property = this->*keyPath.storage;
+      visitor(keyPath.name, property);
+      change(keyPath, std::move(property), true);
+    });
+  }
+
+  // Questions for one slot.
+
+  /// fill (automatic always adapts, none never), then blendMode, then opacity; true only if
+  /// each says so.
+  [[nodiscard]] bool shouldAutoAdaptAppearance(const SpecializationSlot& slot) const;
+  /// This layer's isHidden, or its group's; a free layer has only its own.
+  [[nodiscard]] bool isHiddenOrHasHiddenGroup(const SpecializationSlot& slot) const;
+  /// Not hidden (here or by the group), and either not fully transparent or glass: a glass
+  /// layer at opacity 0 still takes part.
+  [[nodiscard]] bool shouldParticipateInRendering(const SpecializationSlot& slot) const;
+  /// The layer's own mirrorable for the slot, else its group's answer; false when free.
+  [[nodiscard]] bool effectiveIsMirrorable(const SpecializationSlot& slot) const;
+  /// The image named for the slot, looked up in the composition's store; absent when no name
+  /// applies, a link is missing, or the store does not hold the name.
+  [[nodiscard]] std::optional<NamedAssetFile> namedAsset(const SpecializationSlot& slot) const;
+  [[nodiscard]] std::optional<AssetFile> asset(const SpecializationSlot& slot) const;
+  /// What to ask of the asset: the composition's SVG colour space, mirroring of the base
+  /// variant (only for a right-to-left localization and a mirrorable layer), the language of
+  /// a language localization, and the type that the image name's extension presumes.
+  [[nodiscard]] AssetFile::ResolutionContext assetResolutionContext(const SpecializationSlot& slot,
+                                                                    const Localization& localization) const;
+
+  // Asset references: those of imageName.
+
+  void collectAssetReferences(AssetReferenceSet& references) const;
+  /// Renames through setImageName, so the change is observed and undoable.
+  void updateAssetReferences(const AssetRenames& renames);
+  [[nodiscard]] AssetReferenceSet assetReferences() const;
+  /// Renames in place and returns this layer.
+  std::shared_ptr<Layer> updatingAssetReferences(const AssetRenames& renames);
+
+  /// Members of the layer's manifest object that the format does not declare, kept to be
+  /// written back. Neither observed nor undoable.
+  [[nodiscard]] const JSONValue::Object& unknownManifestMembers() const { return unknownManifestMembers_; }
+  void setUnknownManifestMembers(JSONValue::Object members) { unknownManifestMembers_ = std::move(members); }
+
+ private:
+  friend struct detail::ChildLinks<Group, Layer>;
+
+  void setGroup(const std::shared_ptr<Group>& group);
+
+  std::optional<std::string> name_;
+  std::weak_ptr<IconwrightDocument> document_;
+  std::weak_ptr<Group> group_;
+  SpecializableProperty<ImageName> imageName_;
+  SpecializableProperty<Position> position_{Position::zero};
+  SpecializableProperty<Fill> fill_{Fill::automatic};
+  SpecializableProperty<BlendMode> blendMode_{BlendMode::normal};
+  SpecializableProperty<double> opacity_{1.0};
+  SpecializableProperty<bool> isGlass_{true};
+  SpecializableProperty<AssetMirroring> assetMirroring_{AssetMirroring{}};
+  SpecializableProperty<bool> isHidden_{false};
+  ObservationRegistrar registrar_;
+  JSONValue::Object unknownManifestMembers_;
+};
+
+inline constexpr MemberKeyPath<Layer, std::optional<std::string>> Layer::nameKeyPath{&Layer::name_, "name"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<Layer::ImageName>> Layer::imageNameKeyPath{
+    &Layer::imageName_, "imageName"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<Position>> Layer::positionKeyPath{&Layer::position_,
+                                                                                             "position"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<Fill>> Layer::fillKeyPath{&Layer::fill_, "fill"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<BlendMode>> Layer::blendModeKeyPath{&Layer::blendMode_,
+                                                                                               "blendMode"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<double>> Layer::opacityKeyPath{&Layer::opacity_, "opacity"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<bool>> Layer::isGlassKeyPath{&Layer::isGlass_, "isGlass"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<AssetMirroring>> Layer::assetMirroringKeyPath{
+    &Layer::assetMirroring_, "assetMirroring"};
+inline constexpr MemberKeyPath<Layer, SpecializableProperty<bool>> Layer::isHiddenKeyPath{&Layer::isHidden_,
+                                                                                         "isHidden"};
+
+template <class Visitor>
+void Layer::forEachPropertyKeyPath(Visitor&& visitor) {
+  visitor(imageNameKeyPath);
+  visitor(positionKeyPath);
+  visitor(fillKeyPath);
+  visitor(blendModeKeyPath);
+  visitor(opacityKeyPath);
+  visitor(isGlassKeyPath);
+  visitor(assetMirroringKeyPath);
+  visitor(isHiddenKeyPath);
+}
+
+}  // namespace iconwright
