@@ -4,7 +4,8 @@
 // outcome; a parse accounts for every token, agrees with the head-only parse, and files each
 // name under the kind its grammar gives; and every typed reader, the enumerated lookups and
 // the path arithmetic that commands apply to the paths they are given run on whatever
-// values the line held.
+// values the line held. The same tokens, behind an executable path, go through the
+// translation of legacy lines, whose rewritten upgrade and preview lines always parse.
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -15,6 +16,7 @@
 #include "foundation/support/FilePath.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "foundation/support/TextCase.hpp"
+#include "foundation/tool/ToolCommand.hpp"
 #include "foundation/tool/ToolCommandArguments.hpp"
 #include "fuzz/FuzzSupport.hpp"
 
@@ -84,10 +86,34 @@ void exerciseReaders(const ToolCommandArguments& arguments) {
   if (arguments.inputDocumentPath) exercisePath(*arguments.inputDocumentPath);
 }
 
+void checkLegacyTranslation(const std::vector<std::string>& tokens) {
+  std::vector<std::string> line{"wrighttool"};
+  line.insert(line.end(), tokens.begin(), tokens.end());
+  // A four-entry intermediate-representation line stops the process by design.
+  if (line.size() == 4 && !line[1].starts_with("--") && line[2] == "--export-build-intermediary" &&
+      line[3] == "fully-specialize-for") {
+    return;
+  }
+  const std::vector<std::string> translated = ToolCommand::translateLegacyArguments(line);
+  if (translated == line) return;
+  FUZZ_CHECK(translated.size() >= 3 && translated[0] == line[0] && translated[1] == line[1],
+             "the translation does not keep the executable and the document");
+  const std::string& command = translated[2];
+  if (command != "--upgrade" && command != "--export-image") return;
+  try {
+    const auto arguments =
+        ToolCommandArguments::parse(std::vector<std::string>(translated.begin() + 1, translated.end()), grammar());
+    FUZZ_CHECK(arguments.keyedValues.at("output-file") == line.back(), "the output file is not the last entry");
+  } catch (const MessageError& error) {
+    FUZZ_CHECK(false, "a translated " + command + " line does not parse: " + error.message());
+  }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::vector<std::string> tokens = fuzz::splitTokens(fuzz::textOf(data, size));
+  checkLegacyTranslation(tokens);
 
   std::optional<std::string> head;
   try {

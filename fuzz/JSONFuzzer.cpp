@@ -106,9 +106,12 @@ void walk(const Decoder& decoder, int& budget) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  // A NUL byte is valid nowhere in JSON text: not between tokens, and not raw in a string.
+  const bool holdsNUL = fuzz::textOf(data, size).find('\0') != std::string_view::npos;
   JSONValue value;
   try {
     value = parseJSON(fuzz::textOf(data, size));
+    FUZZ_CHECK(!holdsNUL, "text with a NUL byte was read as JSON");
   } catch (const DecodingError& error) {
     FUZZ_CHECK(error.kind() == DecodingError::Kind::dataCorrupted, "a parse failure that is not dataCorrupted");
     checkError(error);
