@@ -90,7 +90,13 @@ class IconwrightDocumentMember : public std::enable_shared_from_this<IconwrightD
   template <class Member, class Value>
   void change(const MemberKeyPath<Member, Value>& keyPath, Value newValue, bool shouldRecordSelfAsModifiedMember);
 
-  /// Reads the property; writes go through change(), naming this member.
+  /// The same undoable change through a lense, which may belong to another member; the undo
+  /// step names this member when asked to.
+  template <class Value>
+  void change(const MemberLense<Value>& lense, Value newValue, bool shouldRecordSelfAsModifiedMember);
+
+  /// Reads the property; a write stores a different value and tells the observers, without
+  /// an undo step (change() with the lense records one).
   template <class Member, class Value>
   [[nodiscard]] MemberLense<Value> lense(const MemberKeyPath<Member, Value>& keyPath);
 
@@ -134,11 +140,31 @@ void IconwrightDocumentMember::change(const MemberKeyPath<Member, Value>& keyPat
   }
 }
 
+template <class Value>
+void IconwrightDocumentMember::change(const MemberLense<Value>& lense, Value newValue,
+                                      bool shouldRecordSelfAsModifiedMember) {
+  Value oldValue = lense.get();
+  if (MemberValueEquality<Value>{}(oldValue, newValue)) return;
+  lense.set(std::move(newValue));
+  if (const auto recorder = document()) {
+    const auto self = shared_from_this();
+    recorder->recordChange(shouldRecordSelfAsModifiedMember ? self : nullptr,
+                           [self, lense, oldValue = std::move(oldValue), shouldRecordSelfAsModifiedMember] {
+                             self->change(lense, oldValue, shouldRecordSelfAsModifiedMember);
+                           });
+  }
+}
+
 template <class Member, class Value>
 MemberLense<Value> IconwrightDocumentMember::lense(const MemberKeyPath<Member, Value>& keyPath) {
   std::shared_ptr<Member> self = sharedAs<Member>();
   return {[self, keyPath] { return (*self).*keyPath.storage; },
-          [self, keyPath](Value value) { self->change(keyPath, std::move(value), true); }};
+          [self, keyPath](Value value) {
+            Value& stored = (*self).*keyPath.storage;
+            if (MemberValueEquality<Value>{}(stored, value)) return;
+            stored = std::move(value);
+            self->notifyMemberChanged(keyPath.name);
+          }};
 }
 
 }  // namespace iconwright

@@ -169,15 +169,22 @@ TEST_F(GroupTest, EveryEnumeratedPropertyChangesUndoablyUnderItsOwnName) {
   check(*composition, [&](auto visitor) { composition->updateProperties(visitor); }, {"fill"});
   EXPECT_FALSE(composition->anyPropertyHasValueWith(Idiom::watchOS));
 
-  // A lense writes through the same undoable change.
+  // A lense reads and writes without undo; change() through it records the step.
+  EventLog events(*layer);
   auto lense = layer->lense(Layer::opacityKeyPath);
   lense.set(SpecializableProperty<double>({{slot, 0.25}}, 1.0));
   EXPECT_EQ(layer->opacity().effectiveValue(slot), 0.25);
   EXPECT_EQ(lense.get(), layer->opacity());
+  EXPECT_EQ(document->undoCount(), 0U);
+  layer->change(lense, SpecializableProperty<double>(1.0), true);
+  layer->change(lense, SpecializableProperty<double>(1.0), true);
+  EXPECT_THAT(events.properties, ElementsAre("opacity", "opacity"));
+  ASSERT_EQ(document->undoCount(), 1U);
+  EXPECT_EQ(document->undoSteps()[0].modifiedMember, layer);
   ASSERT_TRUE(document->undo());
-  EXPECT_EQ(layer->opacity().effectiveValue(slot), 1.0);
-  ASSERT_TRUE(document->redo());
   EXPECT_EQ(layer->opacity().effectiveValue(slot), 0.25);
+  ASSERT_TRUE(document->redo());
+  EXPECT_EQ(layer->opacity().effectiveValue(slot), 1.0);
 }
 
 }  // namespace
