@@ -51,7 +51,7 @@ void writeFile(const std::string& path, int flags, std::span<const std::uint8_t>
   if (::close(descriptor) != 0) failWithErrno(path, errno);
 }
 
-// The trash of the desktop specification: Trash/files holds the items, Trash/info one
+// The desktop trash layout: Trash/files holds the items, Trash/info one
 // record per item naming where it came from.
 
 std::string trashDirectory(const std::string& itemPath) {
