@@ -1,8 +1,6 @@
 // End-to-end tests of the document commands: `--upgrade` reads a package and writes it back
 // in the current form, `--new` writes the template document.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <map>
@@ -10,6 +8,7 @@
 #include <vector>
 
 #include "tests/common/TestSupport.hpp"
+#include "tests/wrighttool/WrighttoolRunner.hpp"
 
 namespace iconwright {
 namespace {
@@ -19,34 +18,10 @@ using testing::readFile;
 using testing::TemporaryDirectory;
 using testing::writeFile;
 
-struct CommandRun {
-  std::string out;
-  std::string err;
-  int status = -1;
-};
+using CommandRun = testing::ProgramRun;
 
-// Runs the built wrighttool with `arguments` in `directory`.
 CommandRun wrighttool(const std::vector<std::string>& arguments, const fs::path& directory) {
-  TemporaryDirectory capture;
-  const fs::path outPath = capture.path() / "out";
-  const fs::path errPath = capture.path() / "err";
-  std::vector<std::string> strings{WRIGHTTOOL_PATH};
-  strings.insert(strings.end(), arguments.begin(), arguments.end());
-  std::vector<char*> argv;
-  for (auto& text : strings) argv.push_back(text.data());
-  argv.push_back(nullptr);
-  const pid_t child = ::fork();
-  if (child == 0) {
-    if (::chdir(directory.c_str()) != 0 || !std::freopen(outPath.c_str(), "w", stdout) ||
-        !std::freopen(errPath.c_str(), "w", stderr)) {
-      ::_exit(127);
-    }
-    ::execv(argv[0], argv.data());
-    ::_exit(127);
-  }
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  return {readFile(outPath), readFile(errPath), WIFEXITED(status) ? WEXITSTATUS(status) : -1};
+  return testing::runWrighttool(arguments, directory);
 }
 
 // Every file and directory below `root`, by relative path; a directory maps to "/".

@@ -1,62 +1,20 @@
 // End-to-end tests: run the built wrighttool and check what it writes and how it exits.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tests/common/TestSupport.hpp"
-
-extern char** environ;
+#include "tests/wrighttool/WrighttoolRunner.hpp"
 
 namespace iconwright {
 namespace {
 
-struct ProgramRun {
-  std::string out;
-  std::string err;
-  int status = -1;
-};
+using testing::ProgramRun;
 
-/// Runs wrighttool with `arguments` in a fresh directory, with DYLD_FRAMEWORK_PATH set to
-/// `frameworkPath` or removed when it is empty.
 ProgramRun wrighttool(const std::vector<std::string>& arguments, const std::string& frameworkPath = "") {
-  testing::TemporaryDirectory capture;
-  const std::string outPath = (capture.path() / "out").string();
-  const std::string errPath = (capture.path() / "err").string();
-
-  std::vector<std::string> environment;
-  for (char** entry = environ; *entry != nullptr; ++entry) {
-    if (!std::string_view(*entry).starts_with("DYLD_FRAMEWORK_PATH=")) environment.emplace_back(*entry);
-  }
-  if (!frameworkPath.empty()) environment.push_back("DYLD_FRAMEWORK_PATH=" + frameworkPath);
-  std::vector<char*> envp;
-  for (auto& entry : environment) envp.push_back(entry.data());
-  envp.push_back(nullptr);
-  std::vector<std::string> argvStrings{WRIGHTTOOL_PATH};
-  argvStrings.insert(argvStrings.end(), arguments.begin(), arguments.end());
-  std::vector<char*> argv;
-  for (auto& argument : argvStrings) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-
-  const pid_t child = ::fork();
-  if (child == 0) {
-    if (::chdir(capture.path().c_str()) != 0 || !std::freopen(outPath.c_str(), "w", stdout) ||
-        !std::freopen(errPath.c_str(), "w", stderr)) {
-      ::_exit(127);
-    }
-    ::execve(argv[0], argv.data(), envp.data());
-    ::_exit(127);
-  }
-  ProgramRun run;
-  int status = 0;
-  ::waitpid(child, &status, 0);
-  run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  run.out = testing::readFile(outPath);
-  run.err = testing::readFile(errPath);
-  return run;
+  return testing::runWrighttool(arguments, std::nullopt, frameworkPath);
 }
 
 TEST(Wrighttool, ErrorsAreOneLineAndStatusOne) {
