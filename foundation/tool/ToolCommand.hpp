@@ -21,9 +21,14 @@
 
 namespace iconwright {
 
+class IconMutatingCommand;
+
 class ToolCommand {
  public:
   using Arguments = ToolCommandArguments;
+  /// The base of commands that load a document, change it and write it back
+  /// (foundation/tool/IconMutatingCommand.hpp).
+  using IconMutatingCommand = iconwright::IconMutatingCommand;
   using ArgumentKind = Arguments::ArgumentKind;
   using Grammar = Arguments::Grammar;
 
