@@ -29,6 +29,11 @@ std::shared_ptr<IconComposition> IconComposition::create(const Groups& groups, A
   return composition;
 }
 
+void IconComposition::copyManifestDescription(Pasteboard& pasteboard) const {
+  pasteboard.clearContents();
+  pasteboard.setString(description());
+}
+
 std::vector<std::shared_ptr<IconwrightDocumentMember>> IconComposition::children() const {
   return {groups_.begin(), groups_.end()};
 }

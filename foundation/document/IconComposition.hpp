@@ -23,6 +23,7 @@
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/Layer.hpp"
 #include "foundation/format/json/JSONValue.hpp"
+#include "foundation/graphics/Pasteboard.hpp"
 #include "foundation/platforms/Localization.hpp"
 #include "foundation/platforms/SupportedPlatforms.hpp"
 #include "foundation/specialization/SpecializableProperty.hpp"
@@ -88,6 +89,8 @@ class IconComposition final : public IconwrightDocumentMember {
   [[nodiscard]] static std::shared_ptr<IconComposition> makeIconCompositionFromTemplate();
   /// The manifest of snapshot(), as text.
   [[nodiscard]] std::string description() const;
+  /// Clears the pasteboard, then puts description() on it as text.
+  void copyManifestDescription(Pasteboard& pasteboard) const;
 
   // IconwrightDocumentMember. The document is held weakly.
   [[nodiscard]] std::shared_ptr<IconwrightDocument> document() const override { return document_.lock(); }

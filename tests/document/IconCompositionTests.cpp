@@ -216,6 +216,16 @@ TEST(IconCompositionLayers, FlattenedLayersFollowGroupsAndSkipNothing) {
   EXPECT_EQ(composition->children().size(), 3U);
 }
 
+TEST(IconCompositionText, CopyManifestDescriptionReplacesThePasteboardContents) {
+  auto composition = IconComposition::create({Group::create("G")});
+  MemoryPasteboard pasteboard;
+  pasteboard.setData({1, 2}, "com.example.other");
+  composition->copyManifestDescription(pasteboard);
+  EXPECT_THAT(pasteboard.types(), ElementsAre(std::string(Pasteboard::stringType)));
+  EXPECT_EQ(pasteboard.stringForType(), composition->description());
+  EXPECT_NE(composition->description().find("\"name\" : \"G\""), std::string::npos);
+}
+
 TEST(IconCompositionAppearance, OnlyAnAutomaticFillAdaptsWhereItWasAuthored) {
   auto composition = IconComposition::create();
   const SpecializationSlot light{Idiom::iOS, Appearance::light};
