@@ -1,14 +1,16 @@
 // Image files of every format the decoders read (PNG, JPEG, GIF, WebP, TIFF, HEIF/AVIF),
 // as imported assets and packages hand them in. Bytes either decode or give no image;
 // a decoded image has an acceptable size, exactly its pixel bytes, and valid premultiplied
-// pixels (no colour above its alpha); and a small RGB image written as PNG decodes back to
-// the same size and pixels.
+// pixels (no colour above its alpha); a small image converts from whatever colour space or
+// embedded profile it came with into sRGB and Display P3, still valid; and a small RGB image
+// written as PNG decodes back to the same size and pixels.
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 
+#include "foundation/graphics/ColorManagement.hpp"
 #include "foundation/graphics/ImageDecoding.hpp"
 #include "foundation/graphics/PNGEncoding.hpp"
 #include "fuzz/FuzzSupport.hpp"
@@ -17,6 +19,7 @@ using namespace iconwright;
 
 namespace {
 
+// Conversions and PNG round trips only for images up to this many pixels, for speed.
 constexpr std::int64_t roundTripPixelLimit = 256 * 256;
 
 std::string sizeText(const Image& image) {
@@ -32,8 +35,21 @@ void checkPremultiplied(const Image& image) {
   }
 }
 
+bool isSmall(const Image& image) { return std::int64_t(image.width()) * image.height() <= roundTripPixelLimit; }
+
+void checkConversions(const Image& image) {
+  if (!isSmall(image)) return;
+  for (const ColorSpace& target : {ColorSpace::sRGB(), ColorSpace::displayP3()}) {
+    const Image converted = convertedImage(image, target);
+    FUZZ_CHECK(converted.width() == image.width() && converted.height() == image.height(),
+               "a conversion changes the size of " + sizeText(image));
+    FUZZ_CHECK(converted.colorSpace() == target, "a conversion does not tag its target");
+    checkPremultiplied(converted);
+  }
+}
+
 void checkPNGRoundTrip(const Image& image) {
-  if (std::int64_t(image.width()) * image.height() > roundTripPixelLimit) return;
+  if (!isSmall(image)) return;
   if (image.colorSpace().model() != ColorSpace::Model::rgb) return;
   const auto png = encodePNG(image);
   FUZZ_CHECK(png.has_value(), "a decoded image does not encode as PNG: " + sizeText(image));
@@ -57,6 +73,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   FUZZ_CHECK(image->pixels().size() == std::size_t(image->width()) * std::size_t(image->height()) * Image::bytesPerPixel,
              "the pixel bytes do not match the size " + sizeText(*image));
   checkPremultiplied(*image);
+  checkConversions(*image);
   checkPNGRoundTrip(*image);
   return 0;
 }
