@@ -111,6 +111,7 @@ std::size_t Decoder::count() const {
 }
 
 Decoder Decoder::element(std::size_t index) const {
+  if (!value_->isArray()) failTypeMismatch("Array<Any>");
   const auto& array = value_->arrayValue();
   if (index >= array.size()) {
     throw DecodingError(DecodingError::Kind::valueNotFound, appending(path_, CodingKey::index(index)),

@@ -1,6 +1,8 @@
 #include "foundation/format/json/JSONReader.hpp"
 
 #include <limits>
+#include <optional>
+#include <string>
 #include <nlohmann/json.hpp>
 
 #include "foundation/format/json/DecodingError.hpp"
@@ -52,6 +54,11 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
     return true;
   }
   bool open(JSONValue container) {
+    if (stack_.size() >= maximumJSONNestingDepth) {
+      throw DecodingError(DecodingError::Kind::dataCorrupted, {},
+                          "The given data was not valid JSON (nested deeper than " +
+                              std::to_string(maximumJSONNestingDepth) + " levels)");
+    }
     stack_.push_back(std::move(container));
     keys_.emplace_back();
     return true;
@@ -68,9 +75,51 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
   std::vector<std::string> keys_;
 };
 
+// The parser hands the integer literal -0 over as integer 0; the document needs the double
+// -0.0, which the writer prints as "-0" again. Returns the text with each such literal
+// outside strings spelled "-0.0", or nothing when there is none (the usual case).
+std::optional<std::string> spellingNegativeZeroAsDouble(std::string_view text) {
+  std::optional<std::string> result;
+  bool inString = false;
+  std::size_t copied = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (inString) {
+      if (c == '\\') {
+        ++i;
+      } else if (c == '"') {
+        inString = false;
+      }
+      continue;
+    }
+    if (c == '"') {
+      inString = true;
+      continue;
+    }
+    const bool negativeZero = c == '-' && i + 1 < text.size() && text[i + 1] == '0' &&
+                              (i + 2 == text.size() || std::string_view("0123456789.eE").find(text[i + 2]) ==
+                                                           std::string_view::npos);
+    if (!negativeZero) continue;
+    if (!result) result.emplace();
+    result->append(text.substr(copied, i + 2 - copied));
+    result->append(".0");
+    copied = i + 2;
+    ++i;
+  }
+  if (result) result->append(text.substr(copied));
+  return result;
+}
+
 }  // namespace
 
 JSONValue parseJSON(std::string_view text) {
+  // A NUL byte can stand nowhere in JSON text, and the parser would take it for the end.
+  if (const auto nul = text.find('\0'); nul != std::string_view::npos) {
+    throw DecodingError(DecodingError::Kind::dataCorrupted, {},
+                        "The given data was not valid JSON (a NUL byte at offset " + std::to_string(nul) + ")");
+  }
+  const auto respelled = spellingNegativeZeroAsDouble(text);
+  if (respelled) text = *respelled;
   TreeBuilder builder;
   try {
     nlohmann::json::sax_parse(text.begin(), text.end(), &builder);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "foundation/format/json/JSONCoding.hpp"
 #include "foundation/format/json/JSONReader.hpp"
 #include "foundation/format/json/JSONWriter.hpp"
@@ -39,6 +41,28 @@ TEST(JSONReader, InvalidJSONIsDataCorruptedWithPosition) {
   EXPECT_THROW((void)parseJSON("[1, 2"), DecodingError);
   EXPECT_THROW((void)parseJSON("1e999"), DecodingError);
   EXPECT_THROW((void)parseJSON("{} trailing"), DecodingError);
+}
+
+TEST(JSONReader, RefusesWhatCouldHideGarbageOrExhaustTheStack) {
+  EXPECT_THROW_MESSAGE((void)parseJSON(std::string("{}\0garbage", 10)), DecodingError,
+                       "The given data was not valid JSON (a NUL byte at offset 2).");
+  const std::string deep = std::string(100000, '[') + std::string(100000, ']');
+  EXPECT_THROW_MESSAGE((void)parseJSON(deep), DecodingError,
+                       "The given data was not valid JSON (nested deeper than 512 levels).");
+  const std::string deepest = std::string(512, '[') + std::string(512, ']');
+  EXPECT_NO_THROW((void)parseJSON(deepest));
+}
+
+TEST(JSONReader, NegativeZeroSurvivesARoundTrip) {
+  const JSONValue value = parseJSON(R"([-0, "-0", -0.0, -0e1, 0, {"k-0": -0}])");
+  const auto& array = value.arrayValue();
+  EXPECT_EQ(array[0].kind(), JSONValue::Kind::number);
+  EXPECT_TRUE(std::signbit(array[0].numberValue()));
+  EXPECT_EQ(array[1].stringValue(), "-0");
+  EXPECT_TRUE(std::signbit(array[3].numberValue()));
+  EXPECT_EQ(array[4].kind(), JSONValue::Kind::integer);
+  EXPECT_EQ(writeJSON(value, JSONWritingOptions{false, true, false}),
+            "[-0,\"-0\",-0,-0,0,{\"k-0\":-0}]");
 }
 
 TEST(JSONReader, KeepsIntegersApartFromFractions) {
