@@ -109,10 +109,12 @@ class TransformCache {
     }
     Profile in = profileFor(source), out = profileFor(target);
     if (!in || !out) return nullptr;
-    Transform transform(cmsCreateTransformTHR(nullptr, in.get(), inFormat, out.get(), outFormat,
-                                              INTENT_RELATIVE_COLORIMETRIC, flags),
-                        TransformDeleter());
-    if (!transform.get()) return nullptr;
+    // A profile that lcms2 cannot build a transform for gives null, which must not reach the
+    // deleter: lcms2 asserts on a null transform.
+    cmsHTRANSFORM made = cmsCreateTransformTHR(nullptr, in.get(), inFormat, out.get(), outFormat,
+                                               INTENT_RELATIVE_COLORIMETRIC, flags);
+    if (made == nullptr) return nullptr;
+    Transform transform(made, TransformDeleter());
     std::lock_guard lock(mutex_);
     entries_.insert(entries_.begin(), Entry{source, target, inFormat, outFormat, transform});
     if (entries_.size() > kCapacity) entries_.pop_back();

@@ -30,11 +30,11 @@ ColorSpace colorSpaceOf(const heif_image_handle* handle) {
       return taggedColorSpace(std::move(profile), ColorSpace::Model::rgb);
   }
   heif_color_profile_nclx* nclx = nullptr;
-  if (heif_image_handle_get_nclx_color_profile(handle, &nclx).code == heif_error_Ok && nclx) {
-    const bool p3 = nclx->color_primaries == heif_color_primaries_SMPTE_EG_432_1;
-    heif_nclx_color_profile_free(nclx);
-    if (p3) return ColorSpace::displayP3();
-  }
+  // libheif may hand out a profile even when it reports failure; free whatever it gave.
+  const bool read = heif_image_handle_get_nclx_color_profile(handle, &nclx).code == heif_error_Ok;
+  const bool p3 = read && nclx != nullptr && nclx->color_primaries == heif_color_primaries_SMPTE_EG_432_1;
+  if (nclx != nullptr) heif_nclx_color_profile_free(nclx);
+  if (p3) return ColorSpace::displayP3();
   return ColorSpace::sRGB();
 }
 
@@ -78,6 +78,7 @@ std::optional<Image> decodeHEIF(std::span<const std::uint8_t> bytes) {
                 plane + std::size_t(y) * std::size_t(stride), std::size_t(width) * 4);
   if (heif_image_handle_is_premultiplied_alpha(handle.get())) {
     for (std::size_t i = 0; i < pixels.size(); i += 4) std::swap(pixels[i], pixels[i + 2]);
+    clampColorToAlpha(pixels);
   } else {
     premultiplyRGBAToBGRA(pixels);
   }

@@ -26,6 +26,9 @@ namespace iconwright::codecs {
 void premultiplyRGBAToBGRA(std::span<std::uint8_t> pixels);
 /// Straight-alpha BGRA becomes premultiplied BGRA, in place.
 void premultiplyBGRA(std::span<std::uint8_t> pixels);
+/// Pixels a decoder received already premultiplied: colour above alpha is lowered to alpha,
+/// so that the image keeps its premultiplied invariant whatever the file held.
+void clampColorToAlpha(std::span<std::uint8_t> pixels);
 
 /// The tag for decoded pixels of `model` (rgb or gray) with an embedded profile: the profile
 /// when it is usable for that model, otherwise sRGB for RGB pixels and generic gray for gray.

@@ -47,6 +47,13 @@ std::optional<Image> decodeImage(std::span<const std::uint8_t> bytes) {
 
 namespace codecs {
 
+void clampColorToAlpha(std::span<std::uint8_t> pixels) {
+  for (std::size_t i = 0; i + 3 < pixels.size(); i += 4) {
+    const std::uint8_t a = pixels[i + 3];
+    for (std::size_t c = 0; c < 3; ++c) pixels[i + c] = std::min(pixels[i + c], a);
+  }
+}
+
 void premultiplyRGBAToBGRA(std::span<std::uint8_t> pixels) {
   for (std::size_t i = 0; i + 3 < pixels.size(); i += 4) {
     std::uint8_t* p = &pixels[i];

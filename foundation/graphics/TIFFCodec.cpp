@@ -117,6 +117,8 @@ std::optional<Image> decodeTIFF(std::span<const std::uint8_t> bytes) {
     pixels[i + 2] = std::uint8_t(TIFFGetR(word));
     pixels[i + 3] = std::uint8_t(TIFFGetA(word));
   }
+  // Associated-alpha files pass through unchanged and may hold colour above their alpha.
+  clampColorToAlpha(pixels);
   return Image::create(int(width), int(height), std::move(pixels),
                        taggedColorSpace(std::move(profile),
                                         gray ? ColorSpace::Model::gray : ColorSpace::Model::rgb));

@@ -133,7 +133,8 @@ Bytes makeWebP(const Bytes& rgba, int width, int height, const Bytes& iccProfile
   return result;
 }
 
-Bytes makeTIFF(const Bytes& rgba, int width, int height, bool withAlpha, const Bytes& iccProfile) {
+Bytes makeTIFF(const Bytes& rgba, int width, int height, bool withAlpha, const Bytes& iccProfile,
+               bool associatedAlpha) {
   TemporaryDirectory directory;
   const std::string path = (directory.path() / "fixture.tiff").string();
   TIFF* tiff = TIFFOpen(path.c_str(), "w");
@@ -148,7 +149,8 @@ Bytes makeTIFF(const Bytes& rgba, int width, int height, bool withAlpha, const B
   TIFFSetField(tiff, TIFFTAG_COMPRESSION, COMPRESSION_LZW);
   TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, std::uint32_t(4));
   if (withAlpha) {
-    const std::uint16_t extra[] = {EXTRASAMPLE_UNASSALPHA};
+    const std::uint16_t extra[] = {associatedAlpha ? std::uint16_t(EXTRASAMPLE_ASSOCALPHA)
+                                                   : std::uint16_t(EXTRASAMPLE_UNASSALPHA)};
     TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, std::uint16_t(1), extra);
   }
   if (!iccProfile.empty())

@@ -26,7 +26,9 @@ Bytes makeJPEG(const Bytes& samples, int width, int height, bool gray, const Byt
 /// Lossless, from straight RGBA.
 Bytes makeWebP(const Bytes& rgba, int width, int height, const Bytes& iccProfile);
 /// RGBA with unassociated alpha, or RGB (alpha dropped) when `withAlpha` is false.
-Bytes makeTIFF(const Bytes& rgba, int width, int height, bool withAlpha, const Bytes& iccProfile);
+/// `associatedAlpha` marks the alpha as premultiplied without changing the samples.
+Bytes makeTIFF(const Bytes& rgba, int width, int height, bool withAlpha, const Bytes& iccProfile,
+               bool associatedAlpha = false);
 /// Palette indices; `transparentIndex` -1 for none. Optionally interlaced.
 Bytes makeGIF(const Bytes& indices, int width, int height, const Bytes& palette,
               int transparentIndex, bool interlaced);

@@ -239,4 +239,16 @@ TEST(ImageDecoding, RefusesOversizedImages) {
 }
 
 }  // namespace
+// Premultiplied files may claim colour above their alpha; the image never does.
+TEST(ImageDecoding, PremultipliedSourcesKeepColourWithinAlpha) {
+  const testing::Bytes whiteAtHalf(4 * 4 * 4, 255);
+  testing::Bytes samples = whiteAtHalf;
+  for (std::size_t i = 3; i < samples.size(); i += 4) samples[i] = 128;
+  const auto image = decodeImage(testing::makeTIFF(samples, 4, 4, true, {}, true));
+  ASSERT_TRUE(image);
+  const std::uint8_t* pixel = image->row(0);
+  EXPECT_EQ(pixel[3], 128);
+  for (int c = 0; c < 3; ++c) EXPECT_EQ(pixel[c], 128) << "channel " << c;
+}
+
 }  // namespace iconwright
