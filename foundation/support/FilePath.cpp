@@ -1,5 +1,7 @@
 #include "foundation/support/FilePath.hpp"
 
+#include <pwd.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <stdio.h>
@@ -221,8 +223,32 @@ std::optional<FilePath> FilePath::moveToTrash() const {
   return checked(target, __LINE__);
 }
 
+// "~" and "~user" at the start become that home directory, as a shell would expand them;
+// absent when there is no such home.
+static std::optional<std::string> expandingTilde(std::string_view path) {
+  const std::size_t slash = path.find('/');
+  const std::string_view user = path.substr(1, slash == std::string_view::npos ? std::string_view::npos : slash - 1);
+  std::string home;
+  if (user.empty()) {
+    const char* variable = std::getenv("HOME");
+    if (variable == nullptr) return std::nullopt;
+    home = variable;
+  } else {
+    const passwd* entry = ::getpwnam(std::string(user).c_str());
+    if (entry == nullptr || entry->pw_dir == nullptr) return std::nullopt;
+    home = entry->pw_dir;
+  }
+  if (!isAbsolutePath(home) || home.starts_with('~')) return std::nullopt;
+  return slash == std::string_view::npos ? home : stringByAppendingPathComponent(home, path.substr(slash + 1));
+}
+
 FilePath makeAbsoluteFilePath(std::string_view path) {
-  if (isAbsolutePath(path)) return FilePath::make(std::string(path));
+  if (path.starts_with('~')) {
+    // A tilde that names no home stays a plain name in the current directory.
+    if (auto expanded = expandingTilde(path)) return FilePath::make(*expanded);
+  } else if (isAbsolutePath(path)) {
+    return FilePath::make(std::string(path));
+  }
   std::error_code error;
   const fs::path current = fs::current_path(error);
   // Without a current directory there is nothing to resolve against; the text then fails

@@ -63,8 +63,9 @@ class FilePath {
   std::string absolutePath_;
 };
 
-/// A path text made absolute: kept when it isAbsolutePath, otherwise appended to the
-/// current directory.
+/// A path text made absolute: a leading "~" or "~user" is expanded to that home directory
+/// (a tilde naming no home is an ordinary name); another absolute path is kept; any other
+/// path is appended to the current directory.
 [[nodiscard]] FilePath makeAbsoluteFilePath(std::string_view path);
 
 struct DataWritingOptions {

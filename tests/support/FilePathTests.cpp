@@ -79,6 +79,20 @@ TEST(FilePath, MakingAbsoluteAndTemporaryPaths) {
   EXPECT_EQ(made, FilePath::make(directory.path().string() + "/sub/doc.icon"));
   EXPECT_EQ(makeAbsoluteFilePath("/abs/x"), FilePath::make("/abs/x"));
 
+  // A tilde is a home directory when it names one, and a plain name otherwise, so that its
+  // parent is always absolute too.
+  {
+    ScopedEnvironment home("HOME", "/home/someone");
+    EXPECT_EQ(makeAbsoluteFilePath("~"), FilePath::make("/home/someone"));
+    EXPECT_EQ(makeAbsoluteFilePath("~/Icons/A.icon"), FilePath::make("/home/someone/Icons/A.icon"));
+    EXPECT_EQ(makeAbsoluteFilePath("~root/x").deletingLastPathComponent().absolutePath().front(), '/');
+  }
+  std::filesystem::current_path(directory.path());
+  const auto nobody = makeAbsoluteFilePath("~no-such-user-here");
+  std::filesystem::current_path(previous);
+  EXPECT_EQ(nobody, FilePath::make(directory.path().string() + "/~no-such-user-here"));
+  EXPECT_EQ(nobody.deletingLastPathComponent(), FilePath::make(directory.path().string()));
+
   ScopedEnvironment tmp("TMPDIR", "/var/scratch/");
   EXPECT_EQ(FilePath::temporaryPath("out.png"), FilePath::make("/var/scratch/out.png"));
 }
