@@ -25,8 +25,7 @@ using LanguageID = IconComposition::Snapshot::LanguageID;
 
 std::vector<LanguageID> inByteOrder(std::vector<LanguageID> languageIDs) {
   std::ranges::sort(languageIDs);
-  const auto repeats = std::ranges::unique(languageIDs);
-  languageIDs.erase(repeats.begin(), repeats.end());
+  languageIDs.erase(std::unique(languageIDs.begin(), languageIDs.end()), languageIDs.end());
   return languageIDs;
 }
 

@@ -41,7 +41,9 @@ JSONValue::Object ManifestObjectReader::unknownMembers() const {
 
 void writeUnknownManifestMembers(JSONValue::Object& object, const JSONValue::Object& unknownMembers,
                                  std::span<const ManifestKeys> declared) {
-  for (const auto& [key, value] : unknownMembers) {
+  for (const auto& member : unknownMembers) {
+    const std::string& key = member.first;
+    const JSONValue& value = member.second;
     const auto keys = std::ranges::find_if(
         declared, [&](const ManifestKeys& entry) { return entry.key == key || (!entry.pluralKey.empty() && entry.pluralKey == key); });
     if (keys != declared.end()) {

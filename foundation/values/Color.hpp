@@ -64,6 +64,11 @@ struct GrayComponents {
 };
 
 class Color {
+  // Declared before the factories that use it, so that every compiler can evaluate the
+  // constant colours below.
+  template <std::size_t I, class Components>
+  constexpr Color(std::in_place_index_t<I> index, const Components& components) : storage_(index, components) {}
+
  public:
   /// The cases, in the designed order. Each names the space its numbers are meant in.
   enum class Kind : std::uint8_t { extendedSRGB, sRGB, gray, displayP3, extendedGray };
@@ -171,9 +176,6 @@ class Color {
   friend constexpr bool operator==(const Color&, const Color&) = default;
 
  private:
-  template <std::size_t I, class Components>
-  constexpr Color(std::in_place_index_t<I> index, const Components& components) : storage_(index, components) {}
-
   std::variant<RGBAComponents, RGBAComponents, GrayComponents, RGBAComponents, GrayComponents> storage_;
 };
 
