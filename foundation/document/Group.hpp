@@ -142,15 +142,11 @@ class Group final : public SharedGroupAndLayerProperties {
   static void forEachPropertyKeyPath(Visitor&& visitor);
   template <class Visitor>
   void enumerateProperties(Visitor&& visitor) const {
-    forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, this->*keyPath.storage); });
+    enumerateMemberProperties(*this, std::forward<Visitor>(visitor));
   }
   template <class Visitor>
   void updateProperties(Visitor&& visitor) {
-    forEachPropertyKeyPath([&](const auto& keyPath) {
-      auto property = this->*keyPath.storage;
-      visitor(keyPath.name, property);
-      change(keyPath, std::move(property), true);
-    });
+    updateMemberProperties(*this, std::forward<Visitor>(visitor));
   }
 
   // Questions for one slot.

@@ -170,15 +170,11 @@ class IconComposition final : public IconwrightDocumentMember {
   }
   template <class Visitor>
   void enumerateProperties(Visitor&& visitor) const {
-    forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, this->*keyPath.storage); });
+    enumerateMemberProperties(*this, std::forward<Visitor>(visitor));
   }
   template <class Visitor>
   void updateProperties(Visitor&& visitor) {
-    forEachPropertyKeyPath([&](const auto& keyPath) {
-      auto property = this->*keyPath.storage;
-      visitor(keyPath.name, property);
-      change(keyPath, std::move(property), true);
-    });
+    updateMemberProperties(*this, std::forward<Visitor>(visitor));
   }
   /// Calls `visitor(member, name, property)` for the composition's properties, then for each
   /// group's and, after each group, for its layers'.

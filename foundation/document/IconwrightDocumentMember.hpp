@@ -167,4 +167,22 @@ MemberLense<Value> IconwrightDocumentMember::lense(const MemberKeyPath<Member, V
           }};
 }
 
+/// Calls `visitor(name, property)` for each specializable property of `member`, in the order of
+/// Member::forEachPropertyKeyPath.
+template <class Member, class Visitor>
+void enumerateMemberProperties(const Member& member, Visitor&& visitor) {
+  Member::forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, member.*keyPath.storage); });
+}
+
+/// Hands `visitor(name, property)` an editable copy of each specializable property of
+/// `member` and stores it back through change(), so an edit is one undoable change.
+template <class Member, class Visitor>
+void updateMemberProperties(Member& member, Visitor&& visitor) {
+  Member::forEachPropertyKeyPath([&](const auto& keyPath) {
+    auto property = member.*keyPath.storage;
+    visitor(keyPath.name, property);
+    member.change(keyPath, std::move(property), true);
+  });
+}
+
 }  // namespace iconwright

@@ -120,17 +120,13 @@ class Layer final : public SharedGroupAndLayerProperties {
   /// Calls `visitor(name, property)` for each specializable property.
   template <class Visitor>
   void enumerateProperties(Visitor&& visitor) const {
-    forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, this->*keyPath.storage); });
+    enumerateMemberProperties(*this, std::forward<Visitor>(visitor));
   }
   /// Calls `visitor(name, property)` with a copy of each specializable property that it may
   /// edit; an edited copy is stored through change().
   template <class Visitor>
   void updateProperties(Visitor&& visitor) {
-    forEachPropertyKeyPath([&](const auto& keyPath) {
-      auto property = this->*keyPath.storage;
-      visitor(keyPath.name, property);
-      change(keyPath, std::move(property), true);
-    });
+    updateMemberProperties(*this, std::forward<Visitor>(visitor));
   }
 
   // Questions for one slot.
