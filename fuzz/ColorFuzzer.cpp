@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/values/Color.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "fuzz/FuzzSupport.hpp"

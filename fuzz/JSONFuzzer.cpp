@@ -8,11 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "foundation/format/json/DecodingError.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/DecodingError.hpp"
+#include "foundation/json/JSONCoding.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
+#include "foundation/json/KeyedValues.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "foundation/support/VersionNumber.hpp"
 #include "fuzz/FuzzSupport.hpp"

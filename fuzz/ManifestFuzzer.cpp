@@ -12,7 +12,7 @@
 #include "foundation/document/IconComposition.hpp"
 #include "foundation/format/FileWrapper.hpp"
 #include "foundation/format/IconCompositionSnapshot.hpp"
-#include "foundation/format/json/DecodingError.hpp"
+#include "foundation/json/DecodingError.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "fuzz/FuzzSupport.hpp"
 

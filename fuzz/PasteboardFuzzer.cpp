@@ -11,8 +11,8 @@
 #include <string>
 
 #include "foundation/assets/AssetStore.hpp"
-#include "foundation/format/json/DecodingError.hpp"
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/DecodingError.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "foundation/graphics/Pasteboard.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "fuzz/FuzzSupport.hpp"

@@ -9,11 +9,11 @@
 #include <optional>
 #include <string>
 
-#include "foundation/format/json/DecodingError.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/DecodingError.hpp"
+#include "foundation/json/JSONCoding.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
+#include "foundation/json/KeyedValues.hpp"
 #include "foundation/platforms/Localization.hpp"
 #include "foundation/platforms/Platform.hpp"
 #include "foundation/platforms/Rendition.hpp"

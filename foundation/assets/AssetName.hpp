@@ -12,7 +12,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/graphics/FileType.hpp"
 
 namespace iconwright {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 
 namespace iconwright {
 

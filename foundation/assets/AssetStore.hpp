@@ -18,7 +18,7 @@
 #include "foundation/assets/AssetFile.hpp"
 #include "foundation/assets/AssetName.hpp"
 #include "foundation/format/FileWrapper.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/graphics/Pasteboard.hpp"
 #include "foundation/platforms/Localization.hpp"
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/support/Enumeration.hpp"
 
 namespace iconwright {

@@ -22,7 +22,7 @@
 #include "foundation/document/Group.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/Layer.hpp"
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/JSONValue.hpp"
 #include "foundation/graphics/Pasteboard.hpp"
 #include "foundation/platforms/Localization.hpp"
 #include "foundation/platforms/SupportedPlatforms.hpp"

@@ -15,7 +15,7 @@
 #include "foundation/assets/AssetName.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/SharedGroupAndLayerProperties.hpp"
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/JSONValue.hpp"
 #include "foundation/platforms/Localization.hpp"
 #include "foundation/specialization/SpecializableProperty.hpp"
 #include "foundation/values/EffectValues.hpp"

@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "foundation/format/IconCompositionSnapshot.hpp"
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/MessageError.hpp"
 
 namespace iconwright {

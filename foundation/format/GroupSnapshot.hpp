@@ -11,7 +11,7 @@
 #include "foundation/document/Group.hpp"
 #include "foundation/format/LayerSnapshot.hpp"
 #include "foundation/format/SpecializationEncoding.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 
 namespace iconwright {
 

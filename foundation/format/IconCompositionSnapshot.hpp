@@ -18,7 +18,7 @@
 #include "foundation/format/FileWrapper.hpp"
 #include "foundation/format/GroupSnapshot.hpp"
 #include "foundation/format/SpecializationEncoding.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/platforms/Localization.hpp"
 #include "foundation/platforms/SupportedPlatforms.hpp"
 #include "foundation/support/FilePath.hpp"

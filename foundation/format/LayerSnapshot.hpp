@@ -9,7 +9,7 @@
 
 #include "foundation/document/Layer.hpp"
 #include "foundation/format/SpecializationEncoding.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 
 namespace iconwright {
 

@@ -16,8 +16,8 @@
 #include <vector>
 
 #include "foundation/format/SpecializationEncoding.hpp"
-#include "foundation/format/json/DecodingError.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/DecodingError.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/support/MessageError.hpp"
 
 namespace iconwright {

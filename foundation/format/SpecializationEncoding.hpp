@@ -14,7 +14,7 @@
 #include <variant>
 #include <vector>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/specialization/Appearance.hpp"
 #include "foundation/specialization/Idiom.hpp"
 #include "foundation/specialization/SpecializableProperty.hpp"

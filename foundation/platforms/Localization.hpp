@@ -15,7 +15,7 @@
 #include <unordered_set>
 #include <variant>
 
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/KeyedValues.hpp"
 
 namespace iconwright {
 

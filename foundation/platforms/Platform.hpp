@@ -14,7 +14,7 @@
 #include <utility>
 #include <vector>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/graphics/Geometry.hpp"
 #include "foundation/graphics/Path.hpp"
 #include "foundation/platforms/Rendition.hpp"

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <utility>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/specialization/Appearance.hpp"
 #include "foundation/support/Enumeration.hpp"
 

@@ -12,7 +12,7 @@
 #include <variant>
 #include <vector>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/platforms/Platform.hpp"
 #include "foundation/specialization/Idiom.hpp"
 #include "foundation/support/Hashing.hpp"

@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/support/Enumeration.hpp"
 
 namespace iconwright {

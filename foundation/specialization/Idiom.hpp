@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/graphics/Geometry.hpp"
 #include "foundation/support/Enumeration.hpp"
 

@@ -1,5 +1,5 @@
 // VersionNumber: major.minor.hotfix, ordered by major, then minor, then hotfix. Its text
-// leaves out a hotfix of 0 ("1.2", "1.2.3"); the JSON form of format/json is that text.
+// leaves out a hotfix of 0 ("1.2", "1.2.3"); the JSON form of json is that text.
 #pragma once
 
 #include <compare>

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/Assertions.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "foundation/support/TextCase.hpp"

@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "foundation/format/FileWrapper.hpp"
-#include "foundation/format/json/JSONCoding.hpp"
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/JSONCoding.hpp"
+#include "foundation/json/JSONValue.hpp"
 #include "foundation/support/FilePath.hpp"
 #include "foundation/tool/ClassRegistry.hpp"
 #include "foundation/tool/OutputFileHandle.hpp"

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <variant>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/support/Hashing.hpp"
 #include "foundation/values/PlatformColor.hpp"
 #include "foundation/values/SystemColorName.hpp"

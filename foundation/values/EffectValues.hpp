@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/format/json/JSONCoding.hpp"
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/JSONCoding.hpp"
+#include "foundation/json/KeyedValues.hpp"
 #include "foundation/support/Enumeration.hpp"
 #include "foundation/support/Hashing.hpp"
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/KeyedValues.hpp"
 #include "foundation/support/Assertions.hpp"
 #include "foundation/support/ListJoining.hpp"
 #include "foundation/support/MessageError.hpp"

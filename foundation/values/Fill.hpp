@@ -11,7 +11,7 @@
 #include <string_view>
 #include <variant>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/graphics/Geometry.hpp"
 #include "foundation/support/Enumeration.hpp"
 #include "foundation/support/Hashing.hpp"

@@ -1,6 +1,6 @@
 #include "foundation/values/Position.hpp"
 
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/KeyedValues.hpp"
 
 namespace iconwright {
 

@@ -5,7 +5,7 @@
 
 #include <functional>
 
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 #include "foundation/graphics/Geometry.hpp"
 #include "foundation/support/Hashing.hpp"
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "foundation/assets/IncomingImageAsset.hpp"
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "tests/common/TestSupport.hpp"
 
 namespace iconwright {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
 

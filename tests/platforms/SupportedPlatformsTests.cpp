@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "foundation/specialization/SpecializationSlotComponent.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"

@@ -5,7 +5,7 @@
 #include <cctype>
 #include <unordered_set>
 
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 #include "foundation/specialization/Appearance.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/KeyedValues.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "foundation/values/Color.hpp"
 #include "tests/common/TestSupport.hpp"

@@ -8,9 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include "foundation/format/json/JSONCoding.hpp"
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONCoding.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 
 namespace iconwright::testing {
 

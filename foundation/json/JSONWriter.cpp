@@ -1,4 +1,4 @@
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONWriter.hpp"
 
 #include <cmath>
 #include <stdexcept>

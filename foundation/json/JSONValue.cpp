@@ -1,4 +1,4 @@
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/JSONValue.hpp"
 
 namespace iconwright {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/JSONValue.hpp"
 
 namespace iconwright {
 

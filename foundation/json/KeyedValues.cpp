@@ -1,4 +1,4 @@
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/KeyedValues.hpp"
 
 namespace iconwright {
 

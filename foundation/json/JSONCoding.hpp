@@ -16,8 +16,8 @@
 #include <string_view>
 #include <vector>
 
-#include "foundation/format/json/DecodingError.hpp"
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/DecodingError.hpp"
+#include "foundation/json/JSONValue.hpp"
 
 namespace iconwright {
 

@@ -1,11 +1,11 @@
-#include "foundation/format/json/JSONReader.hpp"
+#include "foundation/json/JSONReader.hpp"
 
 #include <limits>
 #include <optional>
 #include <string>
 #include <nlohmann/json.hpp>
 
-#include "foundation/format/json/DecodingError.hpp"
+#include "foundation/json/DecodingError.hpp"
 
 namespace iconwright {
 

@@ -1,4 +1,4 @@
-#include "foundation/format/json/DecodingError.hpp"
+#include "foundation/json/DecodingError.hpp"
 
 namespace iconwright {
 

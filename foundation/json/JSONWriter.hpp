@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "foundation/format/json/JSONValue.hpp"
+#include "foundation/json/JSONValue.hpp"
 
 namespace iconwright {
 

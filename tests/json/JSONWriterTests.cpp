@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <limits>
 
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "tests/common/TestSupport.hpp"
 
 namespace iconwright {

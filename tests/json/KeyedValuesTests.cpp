@@ -1,11 +1,11 @@
-#include "foundation/format/json/KeyedValues.hpp"
+#include "foundation/json/KeyedValues.hpp"
 
 #include <gtest/gtest.h>
 
 #include <unordered_set>
 
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
 

@@ -2,9 +2,9 @@
 
 #include <cmath>
 
-#include "foundation/format/json/JSONCoding.hpp"
-#include "foundation/format/json/JSONReader.hpp"
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONCoding.hpp"
+#include "foundation/json/JSONReader.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
 

@@ -1,9 +1,9 @@
-#include "foundation/format/json/JSONCoding.hpp"
+#include "foundation/json/JSONCoding.hpp"
 
 #include <cmath>
 #include <limits>
 
-#include "foundation/format/json/JSONWriter.hpp"
+#include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/ListJoining.hpp"
 
 namespace iconwright {
