@@ -10,6 +10,7 @@ packages=(
   liblcms2-dev libicu-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-dejavu-core potrace
+  dpkg-dev file man-db groff-base
 )
 
 missing=()

@@ -1,7 +1,8 @@
 // wrighttool: the command-line program. It rewrites old-style argument lists, drops its
 // own path, asks the registry for the command, runs it and writes the command's console
-// output. Any thrown error becomes one line "error: <message>" on standard error and exit
-// status 1; fatal assertions abort as they do everywhere.
+// output; "--help" and "--version" alone are answered here. Any thrown error becomes one
+// line "error: <message>" on standard error and exit status 1; fatal assertions abort as
+// they do everywhere.
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -22,7 +23,9 @@ void writeTo(std::FILE* stream, const std::string& text) {
 std::string helpText() {
   auto& registry = ToolCommandRegistry::shared();
   registry.loadKitIfPresent();
-  std::string text = "usage: wrighttool [document] --command [--name [value]]...\n\ncommands:\n";
+  std::string text =
+      "usage: wrighttool [document] --command [--name [value]]...\n"
+      "       wrighttool --help | --version\n\ncommands:\n";
   for (const auto& name : registry.availableCommandNames()) text += "  --" + name + "\n";
   return text;
 }
@@ -32,6 +35,11 @@ int run(std::vector<std::string> arguments) {
   if (!arguments.empty()) arguments.erase(arguments.begin());
   if (arguments.size() == 1 && arguments.front() == "--help") {
     writeTo(stdout, helpText());
+    return 0;
+  }
+  if (arguments.size() == 1 && arguments.front() == "--version") {
+    // Set once, by the project's version in CMake.
+    writeTo(stdout, "wrighttool " ICONWRIGHT_VERSION "\n");
     return 0;
   }
   const auto command = ToolCommandRegistry::shared().command(arguments);

@@ -63,7 +63,7 @@ AffineTransform imageToUser(const Image& image, const Rect& rect) {
 }
 
 struct GState {
-  BlendMode blendMode = BlendMode::normal;
+  BitmapContext::BlendMode blendMode = BitmapContext::BlendMode::normal;
   double alpha = 1;
   double fill[4] = {0, 0, 0, 1};  // red, green, blue (or gray in all three), alpha
   Surface mask;                   // device-space A8 clip mask, absent when none
@@ -248,7 +248,7 @@ void BitmapContext::fillRect(const Rect& rect) {
   Impl& c = *impl_;
   const double* fill = c.state.fill;
   const double alpha = fill[3] * c.state.alpha;
-  if (c.state.blendMode == BlendMode::destinationIn) {
+  if (c.state.blendMode == BitmapContext::BlendMode::destinationIn) {
     c.compositeSolid(rect, CAIRO_OPERATOR_DEST_OUT, 0, 1 - alpha);
   } else if (c.gray) {
     c.compositeSolid(rect, CAIRO_OPERATOR_DEST_OUT, 0, alpha);
@@ -267,7 +267,7 @@ void BitmapContext::drawImage(const Image& image, const Rect& rect) {
   const AffineTransform toUser = imageToUser(image, rect);
   auto scaled = [alpha](unsigned v) { return alpha == 255 ? std::uint8_t(v) : premultiplyComponent(v, alpha); };
 
-  if (c.state.blendMode == BlendMode::destinationIn) {
+  if (c.state.blendMode == BitmapContext::BlendMode::destinationIn) {
     const Surface inverse =
         alphaSurface(image, [&](const std::uint8_t* p) { return std::uint8_t(255 - scaled(p[3])); });
     if (inverse) c.compositeSurface(rect, CAIRO_OPERATOR_DEST_OUT, inverse.get(), toUser);

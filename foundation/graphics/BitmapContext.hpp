@@ -28,10 +28,11 @@ using cairo_t = struct _cairo;
 
 namespace iconwright {
 
-enum class BlendMode : std::uint8_t { normal, destinationIn };
-
 class BitmapContext {
  public:
+  /// How drawing combines with the raster; not the layer blend modes of EffectValues.hpp.
+  enum class BlendMode : std::uint8_t { normal, destinationIn };
+
   /// A transparent BGRA raster of `width` × `height` pixels, each truncated toward zero.
   /// Absent when a side is below 1 (after truncation), the size is over Image's limits, the
   /// space is not an RGB space, or the surface can't be made.

@@ -96,7 +96,7 @@ TEST(BitmapContext, BlendModesAlphaAndStates) {
   context->setFillColor(1, 0, 0);
   context->fillRect(Rect::makeXYWH(0, 0, 4, 1));
   context->saveGState();
-  context->setBlendMode(BlendMode::destinationIn);
+  context->setBlendMode(BitmapContext::BlendMode::destinationIn);
   context->setFillColor(0, 0, 1, 0.5);  // colour is irrelevant, alpha halves
   context->fillRect(Rect::makeXYWH(0, 0, 1, 1));
   context->setAlpha(0);
@@ -115,7 +115,7 @@ TEST(BitmapContext, BlendModesAlphaAndStates) {
   auto masked = BitmapContext::create(3, 1, ColorSpace::sRGB());
   masked->setFillColor(0, 1, 0);
   masked->fillRect(Rect::makeXYWH(0, 0, 3, 1));
-  masked->setBlendMode(BlendMode::destinationIn);
+  masked->setBlendMode(BitmapContext::BlendMode::destinationIn);
   masked->drawImage(alphaRamp({51, 204}, 2), Rect::makeXYWH(0, 0, 2, 1));
   const Image kept = masked->makeImage();
   expectNear(pixelAt(kept, 0, 0), {0, 51, 0, 51}, 1);

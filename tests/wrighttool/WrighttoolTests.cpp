@@ -90,5 +90,12 @@ TEST(Wrighttool, HelpListsTheCommandsItCanReach) {
   EXPECT_NE(withKit.out.find("\n  --export-image\n"), std::string::npos) << withKit.out;
 }
 
+TEST(Wrighttool, VersionIsTheProjectVersion) {
+  const ProgramRun run = wrighttool({"--version"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, "wrighttool " ICONWRIGHT_VERSION "\n");
+  EXPECT_EQ(run.err, "");
+}
+
 }  // namespace
 }  // namespace iconwright
