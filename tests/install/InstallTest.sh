@@ -125,10 +125,13 @@ warnings=$(groff -man -ww -z -Tutf8 "$page" 2>&1)
 expect_equal "groff warnings" "" "$warnings"
 warnings=$(MANWIDTH=80 MAN_KEEP_FORMATTING= man --warnings -l "$page" 2>&1 >/dev/null)
 expect_equal "man warnings" "" "$warnings"
+# Each entry of COMMANDS opens, after a blank line, with its command line; the first "--word"
+# there is the command.
 documented=$(groff -man -Tascii -P-cbou "$page" 2>/dev/null | awk '
-  /^COMMANDS/ { inside = 1; next }
+  /^COMMANDS/ { inside = 1; blank = 1; next }
   /^[A-Z]/ { inside = 0 }
-  inside && /^       [^ ]/ && match($0, /--[a-z0-9-]+/) { print substr($0, RSTART + 2, RLENGTH - 2) }' | sort)
+  inside && blank && match($0, /--[a-z0-9-]+/) { print substr($0, RSTART + 2, RLENGTH - 2) }
+  { blank = ($0 == "") }' | sort)
 expect_equal "commands described by the manual page (add wrighttool/man/NAME.man or kit/man/NAME.man)" \
   "$(printf '%s\n' $commands help version | sort)" "$documented"
 
