@@ -1,5 +1,5 @@
 # What `cmake --install build --prefix P` lays out, and the Debian package made from it:
-#   P/bin/wrighttool                   finds the library through the run path $ORIGIN/../lib/...
+#   P/bin/wrighttool                   finds the library through a run path $ORIGIN/../lib/...
 #   P/lib/iconwright/IconwrightFoundation.framework/libIconwrightFoundation.so.<version>
 #   P/lib/iconwright/IconwrightKit.framework/libIconwrightKit.so   (when the Kit is built)
 #   P/include/iconwright/foundation/...  the headers, included as "foundation/..."
@@ -27,16 +27,23 @@ function(iconwright_relative_install_path out from to)
 endfunction()
 
 # The library, the program and, beside the library's framework where the command registry
-# looks for it, the Kit.
+# looks for it, the Kit. Each is linked with the run path it is installed with, one that holds
+# in both layouts, so that installing rewrites none: a run path that CMake rewrites at install
+# time is padded in the build with an empty entry, which the loader takes as the current
+# directory.
+set_target_properties(IconwrightFoundation PROPERTIES BUILD_WITH_INSTALL_RPATH ON INSTALL_RPATH "")
 install(TARGETS IconwrightFoundation EXPORT IconwrightFoundationTargets
   LIBRARY DESTINATION ${ICONWRIGHT_FOUNDATION_FRAMEWORK_DIR})
 if(TARGET wrighttool)
+  # Beside the program in build/, in ../lib/iconwright from bin/.
   iconwright_relative_install_path(bin_to_foundation ${CMAKE_INSTALL_BINDIR} ${ICONWRIGHT_FOUNDATION_FRAMEWORK_DIR})
-  set_target_properties(wrighttool PROPERTIES INSTALL_RPATH "$ORIGIN/${bin_to_foundation}")
+  set_target_properties(wrighttool PROPERTIES BUILD_WITH_INSTALL_RPATH ON
+    INSTALL_RPATH "$ORIGIN/IconwrightFoundation.framework:$ORIGIN/${bin_to_foundation}")
   install(TARGETS wrighttool RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 if(TARGET IconwrightKit)
-  set_target_properties(IconwrightKit PROPERTIES INSTALL_RPATH "$ORIGIN/../IconwrightFoundation.framework")
+  set_target_properties(IconwrightKit PROPERTIES BUILD_WITH_INSTALL_RPATH ON
+    INSTALL_RPATH "$ORIGIN/../IconwrightFoundation.framework")
   install(TARGETS IconwrightKit LIBRARY DESTINATION ${ICONWRIGHT_FRAMEWORKS_DIR}/IconwrightKit.framework)
 endif()
 
