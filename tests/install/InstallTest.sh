@@ -88,7 +88,7 @@ fi
 export PKG_CONFIG_PATH=$prefix/lib/pkgconfig
 read -r -a cflags <<<"$(pkg-config --cflags iconwright-foundation)"
 (cd "$prefix/include/iconwright" && find foundation -name '*.hpp' | sort | sed 's/.*/#include "&"/') >"$work/AllHeaders.cpp"
-c++ -std=c++20 -fsyntax-only -Wall -Wextra -Werror "${cflags[@]}" "$work/AllHeaders.cpp" || fail "the installed headers do not compile"
+c++ -std=c++20 -fsyntax-only -Wall -Wextra -Wpedantic -Werror "${cflags[@]}" "$work/AllHeaders.cpp" || fail "the installed headers do not compile"
 c++ -std=c++20 -M "${cflags[@]}" "$work/AllHeaders.cpp" | tr ' \\' '\n\n' | sed '/^$/d; /:$/d; /AllHeaders.cpp$/d' |
   xargs -r realpath | sort -u | grep -v "^$(realpath "$prefix")/" >"$work/foreign-headers" || true
 if command -v dpkg >/dev/null; then
