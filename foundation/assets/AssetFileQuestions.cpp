@@ -150,7 +150,7 @@ std::optional<iconwright::Image> AssetFile::Variant::cgBacktoppedImage(const Var
     const Rect whole = Rect::makeXYWH(0, 0, image->width(), image->height());
     const RGBAComponents backstop = specification.backstopColor.displayP3Components();
     context->scaleBy(1, 1);
-    context->setBlendMode(BlendMode::normal);
+    context->setBlendMode(BitmapContext::BlendMode::normal);
     context->setFillColor(backstop.red, backstop.green, backstop.blue, backstop.alpha);
     context->fillRect(whole);
     context->drawImage(*image, whole);
@@ -170,10 +170,10 @@ std::optional<iconwright::Image> AssetFile::Variant::fillHighlight(const Context
     if (!raster) return std::nullopt;
     const Rect whole = Rect::makeXYWH(0, 0, image->width(), image->height());
     raster->scaleBy(1, 1);
-    raster->setBlendMode(BlendMode::normal);
+    raster->setBlendMode(BitmapContext::BlendMode::normal);
     raster->setFillColor(0, 0, 0, 1);
     raster->fillRect(whole);
-    raster->setBlendMode(BlendMode::destinationIn);
+    raster->setBlendMode(BitmapContext::BlendMode::destinationIn);
     raster->drawImage(*image, whole);
     return raster->makeImage();
   });
