@@ -127,11 +127,15 @@ IconComposition::SpecializationResults IconComposition::fullySpecialize(Platform
   // fill can hold is one the renderer can draw (automatic and the system kinds are resolved
   // there, per appearance, as before), so no slot lacks a usable value and none is replaced
   // by a constant: the entry holds what the slot showed.
+  // The values are read before any is added: an entry on (idiom, base) would otherwise
+  // outrank an inherited (base, dark) on the slots that follow.
   {
     SpecializableProperty<Fill> fill = fill_;
+    std::vector<SpecializableProperty<Fill>::Specialization> missing;
     for (const auto& slot : slots) {
-      if (!fill.hasSpecializationExactly(slot)) fill.setExplicitValue(Fill(fill.effectiveValue(slot)), slot);
+      if (!fill.hasSpecializationExactly(slot)) missing.push_back({slot, fill.effectiveValue(slot)});
     }
+    for (auto& entry : missing) fill.add(std::move(entry));
     setFill(std::move(fill));
   }
 
