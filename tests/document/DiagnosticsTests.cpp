@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "foundation/document/IconComposition.hpp"
+#include "foundation/graphics/PNGEncoding.hpp"
 #include "foundation/json/JSONWriter.hpp"
 #include "tests/document/DocumentTestSupport.hpp"
 
@@ -105,6 +106,64 @@ TEST(Diagnostics, JSONHasTheFourKeysAndTheSeverityText) {
             "{\n  \"description\" : \"This icon exceeds the maximum group limit of four.\",\n  \"id\" : "
             "\"too-many-visible-groups\",\n  \"severity\" : \"error\",\n  \"title\" : \"Too many visible groups.\"\n}\n");
   EXPECT_EQ(imageName(Diagnostic::Severity::warning), "exclamationmark.triangle.fill");
+}
+
+AssetData grayPNG(int width, int height) {
+  const std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width * height), 128);
+  return AssetData(*encodeGrayPNG(pixels, width, height));
+}
+
+AssetData svgOfCanvas(int width, int height, const char* fill) {
+  const std::string text = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + std::to_string(width) +
+                           "\" height=\"" + std::to_string(height) + "\"><rect width=\"4\" height=\"4\" fill=\"" +
+                           fill + "\"/></svg>";
+  return AssetData(std::vector<std::uint8_t>(text.begin(), text.end()));
+}
+
+std::shared_ptr<IconComposition> documentWithAsset(const char* name, AssetData base,
+                                                   std::vector<std::pair<const char*, AssetData>> variants) {
+  AssetFile file(std::move(base));
+  for (auto& [language, data] : variants) file.setLocalizedVariant(std::move(data), LanguageID(language));
+  AssetStore store;
+  store.set(AssetName(name), file);
+  return IconComposition::create({}, store);
+}
+
+TEST(Diagnostics, ALocalizedPNGOfAnotherSizeIsNamedWithBothSizes) {
+  const auto composition =
+      documentWithAsset("mark.png", grayPNG(8, 6), {{"de", grayPNG(4, 6)}, {"fr", grayPNG(8, 6)}, {"he", AssetData(std::vector<std::uint8_t>{1, 2})}});
+  const auto found = composition->diagnostics();
+  ASSERT_EQ(found.size(), 1U);
+  EXPECT_EQ(found[0].id, "localized-asset-size-mis-match");
+  EXPECT_EQ(found[0].severity, Diagnostic::Severity::error);
+  EXPECT_EQ(found[0].title, "Localized resource size mismatch.");
+  EXPECT_EQ(found[0].description,
+            "The \u201C" + LanguageID("de").displayName() +
+                "\u201D localization of \u201Cmark.png\u201D and the base resource have different sizes: "
+                "\u201C4 \u00D7 6\u201D and \u201C8 \u00D7 6\u201D. Localized images must have the same size as "
+                "their base representation.");
+}
+
+TEST(Diagnostics, SVGVariantsCompareByCanvasAndUndecodableAssetsAreSkipped) {
+  EXPECT_TRUE(documentWithAsset("a.svg", svgOfCanvas(20, 10, "red"), {{"de", svgOfCanvas(20, 10, "blue")}})
+                  ->diagnostics()
+                  .empty());
+  EXPECT_EQ(documentWithAsset("a.svg", svgOfCanvas(20, 10, "red"), {{"de", svgOfCanvas(10, 10, "red")}})
+                ->diagnostics()
+                .size(),
+            1U);
+  EXPECT_TRUE(documentWithAsset("b.png", AssetData(std::vector<std::uint8_t>{1, 2, 3}), {{"de", grayPNG(4, 4)}})
+                  ->diagnostics()
+                  .empty());
+}
+
+TEST(Diagnostics, GroupErrorsComeBeforeSizeErrors) {
+  auto composition = documentWithAsset("mark.png", grayPNG(8, 6), {{"de", grayPNG(4, 6)}});
+  for (int index = 0; index < 5; ++index) composition->append(Group::create());
+  const auto found = composition->diagnostics();
+  ASSERT_EQ(found.size(), 2U);
+  EXPECT_EQ(found[0], tooManyGroups);
+  EXPECT_EQ(found[1].id, "localized-asset-size-mis-match");
 }
 
 }  // namespace
