@@ -23,23 +23,17 @@ using testing::DocumentTest;
 
 using Results = IconComposition::SpecializationResults;
 
-std::vector<fs::path> entriesOf(const fs::path& directory) {
-  std::vector<fs::path> entries;
-  for (const auto& entry : fs::directory_iterator(directory)) entries.push_back(entry.path());
-  std::sort(entries.begin(), entries.end());
-  return entries;
-}
 
 // Every corpus document that opens: the manifests alone and the whole packages.
 std::vector<std::pair<std::string, FileWrapper>> corpusDocuments(const fs::path& shared) {
   std::vector<std::pair<std::string, FileWrapper>> documents;
   for (const char* folder : {"manifests", "manifests-other"}) {
-    for (const auto& path : entriesOf(shared / "corpus" / folder)) {
+    for (const auto& path : testing::sortedEntries(shared / "corpus" / folder)) {
       documents.emplace_back(std::string(folder) + "/" + path.filename().string(),
                              FileWrapper::directory({{"icon.json", FileWrapper::regularFile(testing::readFile(path))}}));
     }
   }
-  for (const auto& path : entriesOf(shared / "corpus" / "packages")) {
+  for (const auto& path : testing::sortedEntries(shared / "corpus" / "packages")) {
     documents.emplace_back("packages/" + path.filename().string(), FileWrapper::read(FilePath::make(fs::absolute(path).string())));
   }
   return documents;

@@ -27,14 +27,6 @@ ProgramRun wrighttool(const std::vector<std::string>& arguments, const fs::path&
   return testing::runWrighttool(arguments, directory);
 }
 
-// Every file and directory below `root`, by relative path; a directory maps to "/".
-std::map<std::string, std::string> treeOf(const fs::path& root) {
-  std::map<std::string, std::string> tree;
-  for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    tree[fs::relative(entry.path(), root).string()] = entry.is_directory() ? "/" : readFile(entry.path());
-  }
-  return tree;
-}
 
 std::set<std::string> filesIn(const fs::path& directory) {
   std::set<std::string> names;
@@ -44,12 +36,6 @@ std::set<std::string> filesIn(const fs::path& directory) {
   return names;
 }
 
-std::vector<fs::path> entriesOf(const fs::path& directory) {
-  std::vector<fs::path> entries;
-  for (const auto& entry : fs::directory_iterator(directory)) entries.push_back(entry.path());
-  std::sort(entries.begin(), entries.end());
-  return entries;
-}
 
 std::vector<std::string> stringsOf(const JSONValue& array) {
   std::vector<std::string> strings;
@@ -88,7 +74,7 @@ const std::string mirroringManifest = R"({
 TEST(ExportIntermediateRepresentationCommand, SettlesMirroringAndKeepsOnlyTheReferencedAssets) {
   TemporaryDirectory directory;
   const fs::path input = makePackage(directory.path() / "Doc.icon", mirroringManifest, {"mark.png", "plain.svg", "gone.png"});
-  const auto inputTree = treeOf(input);
+  const auto inputTree = testing::fileTree(input);
 
   const ProgramRun run = wrighttool(
       {input.string(), "--export-intermediate-representation", "--platform", "iOS", "--output-directory", "Out"},
@@ -97,7 +83,7 @@ TEST(ExportIntermediateRepresentationCommand, SettlesMirroringAndKeepsOnlyTheRef
   EXPECT_EQ(run.out,
             "{\n  \"mirrorable-asset-names\" : [\n    \"mark.mirrorable.png\"\n  ],\n  \"referenced-asset-names\" : [\n"
             "    \"mark.mirrorable.png\",\n    \"mark.png\",\n    \"plain.svg\"\n  ]\n}\n");
-  EXPECT_EQ(treeOf(input), inputTree);
+  EXPECT_EQ(testing::fileTree(input), inputTree);
 
   const fs::path output = directory.path() / "Out" / "Doc.icon";
   EXPECT_EQ(filesIn(output / "Assets"), (std::set<std::string>{"mark.png", "mark.mirrorable.png", "plain.svg"}));
@@ -109,20 +95,20 @@ TEST(ExportIntermediateRepresentationCommand, SettlesMirroringAndKeepsOnlyTheRef
   // The flattened package opens and upgrades to itself.
   const ProgramRun upgrade = wrighttool({output.string(), "--upgrade", "--output-file", "Up.icon"}, directory.path());
   ASSERT_EQ(upgrade.status, 0) << upgrade.err;
-  EXPECT_EQ(treeOf(directory.path() / "Up.icon"), treeOf(output));
+  EXPECT_EQ(testing::fileTree(directory.path() / "Up.icon"), testing::fileTree(output));
 
   // The older command line reaches the same command.
   const ProgramRun legacy = wrighttool(
       {input.string(), "--export-build-intermediary", "fully-specialize-for", "iOS", "Legacy"}, directory.path());
   ASSERT_EQ(legacy.status, 0) << legacy.err;
   EXPECT_EQ(legacy.out, run.out);
-  EXPECT_EQ(treeOf(directory.path() / "Legacy" / "Doc.icon"), treeOf(output));
+  EXPECT_EQ(testing::fileTree(directory.path() / "Legacy" / "Doc.icon"), testing::fileTree(output));
 }
 
 TEST(ExportIntermediateRepresentationCommand, RefusesWithoutTouchingAnything) {
   TemporaryDirectory directory;
   const fs::path input = makePackage(directory.path() / "Doc.icon", mirroringManifest, {"mark.png", "plain.svg", "gone.png"});
-  const auto before = treeOf(directory.path());
+  const auto before = testing::fileTree(directory.path());
   struct Case {
     std::vector<std::string> arguments;
     std::string error;
@@ -146,14 +132,14 @@ TEST(ExportIntermediateRepresentationCommand, RefusesWithoutTouchingAnything) {
       EXPECT_EQ(run.err, error);
     }
     EXPECT_TRUE(run.err.starts_with("error: ") && std::count(run.err.begin(), run.err.end(), '\n') == 1) << run.err;
-    EXPECT_EQ(treeOf(directory.path()), before);
+    EXPECT_EQ(testing::fileTree(directory.path()), before);
   }
 }
 
 TEST(ExportIntermediateRepresentationCommand, EveryCorpusPackageFlattensToAPackageThatUpgradesToItself) {
   ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
   TemporaryDirectory directory;
-  for (const auto& package : entriesOf(shared / "corpus" / "packages")) {
+  for (const auto& package : testing::sortedEntries(shared / "corpus" / "packages")) {
     for (const char* platform : {"iOS", "macOS", "watchOS"}) {
       SCOPED_TRACE(package.filename().string() + " for " + platform);
       const fs::path out = directory.path() / platform;
@@ -172,7 +158,7 @@ TEST(ExportIntermediateRepresentationCommand, EveryCorpusPackageFlattensToAPacka
       const ProgramRun upgrade = wrighttool({output.string(), "--upgrade", "--output-file", upgraded.string()},
                                             directory.path());
       ASSERT_EQ(upgrade.status, 0) << upgrade.err;
-      EXPECT_EQ(treeOf(upgraded), treeOf(output));
+      EXPECT_EQ(testing::fileTree(upgraded), testing::fileTree(output));
     }
   }
 }
@@ -209,8 +195,8 @@ TEST(DiagnosticsCommand, PrintsTheListAndFailsOnErrorsOnlyWhenStrict) {
 TEST(DiagnosticsCommand, EveryCorpusDocumentGivesValidJSON) {
   ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
   TemporaryDirectory directory;
-  std::vector<fs::path> documents = entriesOf(shared / "corpus" / "packages");
-  for (const auto& manifest : entriesOf(shared / "corpus" / "manifests")) {
+  std::vector<fs::path> documents = testing::sortedEntries(shared / "corpus" / "packages");
+  for (const auto& manifest : testing::sortedEntries(shared / "corpus" / "manifests")) {
     documents.push_back(makePackage(directory.path() / (manifest.stem().string() + ".icon"), readFile(manifest), {}));
   }
   for (const auto& document : documents) {
@@ -236,11 +222,11 @@ fs::path makeLocalizedPackage(const fs::path& path) {
 TEST(LanguagesCommand, ListsWithoutWritingAndAddsUnknownLanguages) {
   TemporaryDirectory directory;
   const fs::path input = makeLocalizedPackage(directory.path() / "Doc.icon");
-  const auto before = treeOf(input);
+  const auto before = testing::fileTree(input);
   ProgramRun run = wrighttool({input.string(), "--languages"}, directory.path());
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.out, "{\n  \"languages\" : [\n    \"de\",\n    \"fr\"\n  ],\n  \"unknown-languages\" : [\n\n  ]\n}\n");
-  EXPECT_EQ(treeOf(input), before);  // nothing asked to change: not even rewritten
+  EXPECT_EQ(testing::fileTree(input), before);  // nothing asked to change: not even rewritten
 
   run = wrighttool({input.string(), "--languages", "--add", "he, qq-bogus"}, directory.path());
   ASSERT_EQ(run.status, 0) << run.err;
