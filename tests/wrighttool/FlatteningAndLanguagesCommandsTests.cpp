@@ -118,7 +118,10 @@ TEST(ExportIntermediateRepresentationCommand, RefusesWithoutTouchingAnything) {
        "error: Unknown platform name: \u201CtvOS\u201D. Should be one of \u201CiOS\u201D, \u201CmacOS\u201D or "
        "\u201CwatchOS\u201D\n"},
       {{input.string(), "--export-intermediate-representation", "--platform", "iOS", "--output-directory", "."},
-       "error: The output directory holds the input document, which would be replaced\n"},
+       "error: The output would replace the input document or lie inside it\n"},
+      {{input.string(), "--export-intermediate-representation", "--platform", "iOS", "--output-directory",
+        (input / "Assets").string()},
+       "error: The output would replace the input document or lie inside it\n"},
       {{(directory.path() / "Missing.icon").string(), "--export-intermediate-representation", "--platform", "iOS",
         "--output-directory", "Out"},
        ""},

@@ -31,15 +31,17 @@ JSONValue namesJSON(const std::vector<AssetName>& names) {
   return JSONValue(std::move(array));
 }
 
-// Whether two paths name one item, a trailing slash and symbolic links aside.
-bool sameLocation(const FilePath& lhs, const FilePath& rhs) {
-  const auto resolved = [](const FilePath& path) {
-    std::string text = path.absolutePath();
+// Whether `path` is `package` or lies inside it, trailing slashes and symbolic links aside.
+bool isWithin(const FilePath& path, const FilePath& package) {
+  const auto resolved = [](const FilePath& item) {
+    std::string text = item.absolutePath();
     while (text.size() > 1 && text.back() == '/') text.pop_back();
     std::error_code ignored;
-    return std::filesystem::weakly_canonical(text, ignored);
+    return std::filesystem::weakly_canonical(text, ignored).string();
   };
-  return resolved(lhs) == resolved(rhs);
+  const std::string inner = resolved(path);
+  const std::string outer = resolved(package);
+  return inner == outer || inner.starts_with(outer + "/");
 }
 
 }  // namespace
@@ -59,8 +61,8 @@ class WrighttoolExportIntermediateRepresentationCommand final : public ToolComma
     const FilePath input = requiredInputIconPath(arguments());
     const Platform platform = requiredPlatform(arguments(), "platform");
     const FilePath destination = arguments().requiredOutputDirectoryPath().appendingPathComponent(input.lastPathComponent());
-    if (sameLocation(destination, input)) {
-      throw MessageError("The output directory holds the input document, which would be replaced");
+    if (isWithin(destination, input) || isWithin(input, destination)) {
+      throw MessageError("The output would replace the input document or lie inside it");
     }
     const auto icon = readInputIcon(arguments());
     const auto results = icon->fullySpecialize(platform);
