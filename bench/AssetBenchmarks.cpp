@@ -3,7 +3,7 @@
 // rsvg-convert drawing the same size, its hit mask and compound path against the render alone;
 // a 1112 × 1112 PNG (package 11) made into a 64-point thumbnail from its decoded image against
 // vipsthumbnail, and its stroke highlight against potrace on its mask. bench/compare.sh prints
-// the ratios. The corpus is read from ../shared beside the repository (or ICONWRIGHT_SHARED_DIR).
+// the ratios.
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
@@ -32,9 +32,12 @@ struct Fixture {
   fs::path scratch;    // where the peers write
 };
 
+/// ICONWRIGHT_SHARED_DIR, else the shared folder beside the repository, else the one above it.
 fs::path sharedDirectory() {
   if (const char* variable = std::getenv("ICONWRIGHT_SHARED_DIR")) return variable;
-  return fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / "shared";
+  const fs::path beside = fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / "shared";
+  if (fs::exists(beside)) return beside;
+  return fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / ".." / "shared";
 }
 
 AssetData readBytes(const fs::path& path) {
