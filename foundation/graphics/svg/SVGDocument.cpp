@@ -126,6 +126,14 @@ std::shared_ptr<SVGDocument> SVGDocument::createFromData(std::span<const std::ui
   const auto canvas = renderer->intrinsicSize();
   if (!canvas || !isAcceptableCanvas(*canvas)) return nullptr;
 
+  // pugixml keeps no text outside the root; the prolog and the final blanks are kept here.
+  const std::ptrdiff_t rootStart = root.offset_debug() - 1;
+  const bool utf8 = bytes.size() < 2 || !(bytes[0] == 0xFE || bytes[0] == 0xFF || bytes[0] == 0 || bytes[1] == 0);
+  if (utf8 && rootStart >= 0 && std::size_t(rootStart) < bytes.size() && bytes[std::size_t(rootStart)] == '<')
+    tree->prolog = std::string(text.substr(0, std::size_t(rootStart)));
+  std::size_t end = text.size();
+  while (end > 0 && (text[end - 1] == ' ' || text[end - 1] == '\n' || text[end - 1] == '\r' || text[end - 1] == '\t')) --end;
+  if (utf8) tree->trailing = std::string(text.substr(end));
   tree->holder = document.append_child("detached").internal_object();
   tree->canvas = *canvas;
   auto impl = std::make_unique<Impl>();
@@ -152,10 +160,17 @@ SVGNode SVGDocument::createNode(std::string_view name) {
 std::vector<std::uint8_t> SVGDocument::writeToData() const {
   std::vector<std::uint8_t> out;
   VectorWriter writer(out);
-  for (pugi::xml_node child = impl_->tree->document->first_child(); child; child = child.next_sibling()) {
-    if (child.internal_object() == impl_->tree->holder) continue;
+  const SVGTree& tree = *impl_->tree;
+  pugi::xml_node child = tree.document->first_child();
+  if (tree.prolog) {
+    writer.write(tree.prolog->data(), tree.prolog->size());
+    while (child && child.internal_object() != tree.rootElement()) child = child.next_sibling();
+  }
+  for (; child; child = child.next_sibling()) {
+    if (child.internal_object() == tree.holder) continue;
     child.print(writer, "", kWriteOptions, pugi::encoding_utf8);
   }
+  writer.write(tree.trailing.data(), tree.trailing.size());
   return out;
 }
 

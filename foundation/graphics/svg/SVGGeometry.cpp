@@ -282,7 +282,24 @@ class Walker {
       for (std::size_t i = 2; i + 1 < numbers.size(); i += 2) local.lineTo({numbers[i], numbers[i + 1]});
       if (name == "polygon") local.closeSubpath();
     }
-    if (!local.isEmpty()) path.addPath(local, ctm);
+    append(local, ctm);
+  }
+
+  // Element by element: Path::addPath reserves exactly, which is quadratic over many shapes.
+  void append(const Path& local, const AffineTransform& ctm) {
+    for (const PathElement& e : local.elements()) {
+      switch (e.kind) {
+        case PathElement::Kind::moveTo: path.moveTo(e.points[0].applying(ctm)); break;
+        case PathElement::Kind::lineTo: path.lineTo(e.points[0].applying(ctm)); break;
+        case PathElement::Kind::quadCurveTo:
+          path.quadCurveTo(e.points[0].applying(ctm), e.points[1].applying(ctm));
+          break;
+        case PathElement::Kind::curveTo:
+          path.curveTo(e.points[0].applying(ctm), e.points[1].applying(ctm), e.points[2].applying(ctm));
+          break;
+        case PathElement::Kind::closeSubpath: path.closeSubpath(); break;
+      }
+    }
   }
 
   const SVGTree& tree_;

@@ -80,9 +80,9 @@ SVGGradient gradientOf(const SVGTree& tree, pugi::xml_node gradient) {
       const double offset = stopNumber(style.attributeValue(stop, "offset").value_or("0"));
       std::optional<SVGColor> color;
       const std::string colorText = style.declaredValue(stop, "stop-color").value_or("black");
-      if (auto spec = parseSVGPaintSpecification(colorText, tree.colorSpace)) {
-        if (spec->kind == SVGPaintSpecification::Kind::color) color = spec->color;
-        else if (spec->kind == SVGPaintSpecification::Kind::currentColor) color = currentColor(tree, stop);
+      if (auto written = parseSVGPaintSpecification(colorText, tree.colorSpace)) {
+        if (written->kind == SVGPaintSpecification::Kind::color) color = written->color;
+        else if (written->kind == SVGPaintSpecification::Kind::currentColor) color = currentColor(tree, stop);
       }
       if (!color) {
         stops.push_back(std::nullopt);
@@ -102,20 +102,20 @@ SVGGradient gradientOf(const SVGTree& tree, pugi::xml_node gradient) {
   return SVGGradient(kind, std::move(stops));
 }
 
-SVGPaint resolvedPaint(const SVGTree& tree, pugi::xml_node_struct* element, const SVGPaintSpecification& spec) {
+SVGPaint resolvedPaint(const SVGTree& tree, pugi::xml_node_struct* element, const SVGPaintSpecification& written) {
   using Kind = SVGPaintSpecification::Kind;
-  switch (spec.kind) {
+  switch (written.kind) {
     case Kind::none: return SVGPaint::none();
-    case Kind::color: return SVGPaint::color(*spec.color);
+    case Kind::color: return SVGPaint::color(*written.color);
     case Kind::currentColor: return SVGPaint::color(currentColor(tree, element));
     case Kind::other: return SVGPaint::other();
     case Kind::reference: break;
   }
-  const pugi::xml_node target(spec.reference.empty() ? nullptr : tree.styleResolver().elementByID(spec.reference));
+  const pugi::xml_node target(written.reference.empty() ? nullptr : tree.styleResolver().elementByID(written.reference));
   if (target && isGradient(target)) return SVGPaint::gradient(gradientOf(tree, target));
   if (target && localName(target.name()) == "pattern") return SVGPaint::other();
-  switch (spec.fallback) {
-    case Kind::color: return SVGPaint::color(*spec.color);
+  switch (written.fallback) {
+    case Kind::color: return SVGPaint::color(*written.color);
     case Kind::currentColor: return SVGPaint::color(currentColor(tree, element));
     default: return SVGPaint::none();
   }

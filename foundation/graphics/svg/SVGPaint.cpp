@@ -279,16 +279,6 @@ std::optional<SVGColor> parseSVGColor(std::string_view text, SVGColorSpace untag
                    (found->rgb & 0xFF) / 255.0, 1);
 }
 
-std::optional<SVGColor> SVGPaint::color() const {
-  if (const auto* color = std::get_if<1>(&storage_)) return *color;
-  return std::nullopt;
-}
-
-std::optional<SVGGradient> SVGPaint::gradient() const {
-  if (const auto* gradient = std::get_if<2>(&storage_)) return *gradient;
-  return std::nullopt;
-}
-
 std::optional<SVGPaintSpecification> parseSVGPaintSpecification(std::string_view text,
                                                                 SVGColorSpace untaggedSpace) {
   text = trimmed(text);

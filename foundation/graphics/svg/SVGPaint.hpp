@@ -9,7 +9,6 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "foundation/values/Color.hpp"
@@ -79,32 +78,32 @@ enum class SVGPaintType : std::uint8_t { none = 0, color = 1, gradient = 2, othe
 
 class SVGPaint {
  public:
-  [[nodiscard]] static SVGPaint none() { return SVGPaint(Storage(std::in_place_index<0>)); }
+  [[nodiscard]] static SVGPaint none() { return SVGPaint(SVGPaintType::none, std::nullopt, std::nullopt); }
   [[nodiscard]] static SVGPaint color(SVGColor color) {
-    return SVGPaint(Storage(std::in_place_index<1>, std::move(color)));
+    return SVGPaint(SVGPaintType::color, std::move(color), std::nullopt);
   }
   /// A gradient reference; the gradient itself is absent when the reference can't be followed
   /// (an attribute made outside a document).
   [[nodiscard]] static SVGPaint gradient(std::optional<SVGGradient> gradient) {
-    return SVGPaint(Storage(std::in_place_index<2>, std::move(gradient)));
+    return SVGPaint(SVGPaintType::gradient, std::nullopt, std::move(gradient));
   }
-  [[nodiscard]] static SVGPaint other() { return SVGPaint(Storage(std::in_place_index<3>)); }
+  [[nodiscard]] static SVGPaint other() { return SVGPaint(SVGPaintType::other, std::nullopt, std::nullopt); }
 
-  [[nodiscard]] SVGPaintType type() const { return SVGPaintType(storage_.index()); }
+  [[nodiscard]] SVGPaintType type() const { return type_; }
   /// The colour of a solid paint; absent for other types.
-  [[nodiscard]] std::optional<SVGColor> color() const;
+  [[nodiscard]] const std::optional<SVGColor>& color() const { return color_; }
   /// The gradient of a gradient paint; absent for other types and unresolved references.
-  [[nodiscard]] std::optional<SVGGradient> gradient() const;
+  [[nodiscard]] const std::optional<SVGGradient>& gradient() const { return gradient_; }
 
   friend bool operator==(const SVGPaint&, const SVGPaint&) = default;
 
  private:
-  struct Empty {
-    friend bool operator==(const Empty&, const Empty&) = default;
-  };
-  using Storage = std::variant<Empty, SVGColor, std::optional<SVGGradient>, Empty>;
-  explicit SVGPaint(Storage storage) : storage_(std::move(storage)) {}
-  Storage storage_;
+  // A tagged union kept as plain fields: only the field of `type_` is ever set.
+  SVGPaint(SVGPaintType type, std::optional<SVGColor> color, std::optional<SVGGradient> gradient)
+      : type_(type), color_(std::move(color)), gradient_(std::move(gradient)) {}
+  SVGPaintType type_;
+  std::optional<SVGColor> color_;
+  std::optional<SVGGradient> gradient_;
 };
 
 }  // namespace iconwright

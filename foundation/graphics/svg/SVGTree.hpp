@@ -43,6 +43,11 @@ struct SVGTree {
   /// The canvas size found when parsing; percentages at the top level refer to it.
   Size canvas;
   std::uint64_t generation = 0;
+  /// The bytes before the root element as given (declaration, comments, doctype and the
+  /// blanks between them), written back verbatim; absent for text that isn't UTF-8.
+  std::optional<std::string> prolog;
+  /// The blanks that ended the text.
+  std::string trailing;
 
   /// The root element (the first element child of the document node), or null.
   [[nodiscard]] pugi::xml_node_struct* rootElement() const;
