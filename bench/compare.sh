@@ -34,7 +34,7 @@ median = {}
 for run in runs["benchmarks"]:
     if run.get("aggregate_name") != "median":
         continue
-    name = run["run_name"].replace("/manual_time", "")
+    name = run["run_name"].replace("/manual_time", "").replace("/process_time", "")
     # Processor time in-process; for the programs we start, the manual time is their
     # processor time (user + system of the child).
     key = "real_time" if run["run_name"].endswith("/manual_time") else "cpu_time"

@@ -3,6 +3,7 @@
 // output; "--help" and "--version" alone are answered here. Any thrown error becomes one
 // line "error: <message>" on standard error and exit status 1; fatal assertions abort as
 // they do everywhere.
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 #include <string>
@@ -23,10 +24,17 @@ void writeTo(std::FILE* stream, const std::string& text) {
 std::string helpText() {
   auto& registry = ToolCommandRegistry::shared();
   registry.loadKitIfPresent();
-  std::string text =
-      "usage: wrighttool [document] --command [--name [value]]...\n"
+  std::string text = "usage: wrighttool [document] --command [--name [value]]...\n"
       "       wrighttool --help | --version\n\ncommands:\n";
-  for (const auto& name : registry.availableCommandNames()) text += "  --" + name + "\n";
+  const auto names = registry.availableCommandNames();
+  std::size_t width = 0;
+  for (const auto& name : names) width = std::max(width, name.size());
+  for (const auto& name : names) {
+    const std::string summary = registry.commandSummary(name);
+    text += "  --" + name;
+    if (!summary.empty()) text += std::string(width - name.size() + 2, ' ') + summary;
+    text += "\n";
+  }
   return text;
 }
 

@@ -3,7 +3,11 @@
 // judged in parallel (OpenMP), and a trace with any ragged outline gives way to the box of the
 // coverage. Thumbnails fit a centred focus area of the source into the requested size.
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <utility>
 #include <vector>
 
 #include "foundation/assets/AssetFileVariant.hpp"
@@ -21,11 +25,19 @@ constexpr double tracingCoverageThreshold = 0.011764705882352941;
 /// The tracing raster is never wider or taller than this.
 constexpr double largestTracingSide = 1024;
 
-/// Smoothed outline paths in order, or absent when any outline is too ragged to show.
+/// Below this many outline points in all, smoothing costs less than waking threads: the loop
+/// runs on the caller's thread.
+constexpr std::size_t parallelSmoothingPointCount = 65536;
+
+/// Smoothed outline paths in order, or absent when any outline is too ragged to show. The
+/// outlines are smoothed and judged in parallel when there is enough work.
 std::optional<std::vector<Path>> smoothedOutlinePaths(std::vector<HitMask::Outline> outlines) {
   const std::ptrdiff_t count = std::ptrdiff_t(outlines.size());
+  std::size_t points = 0;
+  for (const auto& outline : outlines) points += outline.points().size();
+  const bool parallel = points >= parallelSmoothingPointCount;
   std::vector<std::optional<Path>> paths(outlines.size());
-#pragma omp parallel for schedule(dynamic, 1)
+#pragma omp parallel for schedule(dynamic, 16) if (parallel)
   for (std::ptrdiff_t i = 0; i < count; ++i) {
     HitMask::Outline& outline = outlines[std::size_t(i)];
     outline.smooth();
@@ -40,25 +52,131 @@ std::optional<std::vector<Path>> smoothedOutlinePaths(std::vector<HitMask::Outli
   return result;
 }
 
+/// A bitmap's alpha as bytes, with each row cut into blocks of 32 pixels that are known to be
+/// all clear, all opaque or mixed, so that resampling can skip uniform areas without reading them.
+class AlphaPlane {
+ public:
+  static constexpr int blockSize = 32;
+  enum : std::uint8_t { clear, opaque, mixed };
+
+  explicit AlphaPlane(const Image& bitmap)
+      : width_(std::size_t(bitmap.width())),
+        blocksPerRow_((width_ + blockSize - 1) / blockSize),
+        alpha_(width_ * std::size_t(bitmap.height())),
+        states_(blocksPerRow_ * std::size_t(bitmap.height())) {
+    for (int y = 0; y < bitmap.height(); ++y) {
+      const std::uint8_t* pixels = bitmap.row(y);
+      std::uint8_t* out = alpha_.data() + std::size_t(y) * width_;
+      std::uint8_t* states = states_.data() + std::size_t(y) * blocksPerRow_;
+      for (std::size_t start = 0, block = 0; start < width_; start += blockSize, ++block) {
+        const std::size_t count = std::min<std::size_t>(blockSize, width_ - start);
+        std::uint8_t* alpha = out + start;
+        if (count == blockSize && std::endian::native == std::endian::little) {
+          // Fixed-size blocks let the compiler turn this into vector shifts and packs.
+          std::uint32_t words[blockSize];
+          std::memcpy(words, pixels + 4 * start, sizeof words);
+          for (int j = 0; j < blockSize; ++j) alpha[j] = std::uint8_t(words[j] >> 24);
+        } else {
+          for (std::size_t j = 0; j < count; ++j) alpha[j] = pixels[4 * (start + j) + 3];
+        }
+        std::uint64_t any = 0, all = ~std::uint64_t(0);
+        std::size_t j = 0;
+        for (; j + 8 <= count; j += 8) {
+          std::uint64_t word;
+          std::memcpy(&word, alpha + j, 8);
+          any |= word;
+          all &= word;
+        }
+        for (; j < count; ++j) {
+          any |= alpha[j];
+          all &= 0xFFFFFFFFFFFFFF00ULL | alpha[j];
+        }
+        states[block] = any == 0 ? clear : all == ~std::uint64_t(0) ? opaque : mixed;
+      }
+    }
+  }
+
+  [[nodiscard]] const std::uint8_t* row(std::size_t y) const { return alpha_.data() + y * width_; }
+  /// clear or opaque when every pixel of [first, first + count) in row y is so; mixed otherwise.
+  [[nodiscard]] std::uint8_t state(std::size_t y, std::size_t first, std::size_t count) const {
+    const std::uint8_t* states = states_.data() + y * blocksPerRow_;
+    const std::size_t last = (first + count - 1) / blockSize;
+    std::uint8_t result = states[first / blockSize];
+    for (std::size_t block = first / blockSize + 1; block <= last && result != mixed; ++block)
+      if (states[block] != result) result = mixed;
+    return result;
+  }
+
+ private:
+  std::size_t width_;
+  std::size_t blocksPerRow_;
+  std::vector<std::uint8_t> alpha_;
+  std::vector<std::uint8_t> states_;
+};
+
+/// The alpha of `bitmap` drawn scaled by `scale` (below 1) into a raster of the truncated size,
+/// with coverage below `threshold` cleared: each pixel samples the alpha bilinearly at its
+/// centre. This is the coverage that drawing the image into a scaled context leaves; only the
+/// colours, which coverage ignores, are skipped. Fixed point with 8-bit weights; runs of 16
+/// pixels whose source pixels are all clear or all opaque are filled without sampling.
+HitMask scaledCoverage(const Image& bitmap, double scale, std::uint8_t threshold) {
+  const int width = int(bitmap.width() * scale), height = int(bitmap.height() * scale);
+  if (width == 0 || height == 0) return HitMask(width, height);
+  const AlphaPlane plane(bitmap);
+
+  // Below a scale of 1 every pixel centre maps at or after the first source centre and before
+  // the last one, so both taps of a sample lie inside the source.
+  struct Tap {
+    std::size_t index;     // the left or upper source pixel
+    std::uint32_t weight;  // of the right or lower neighbour, 0...256
+  };
+  const auto tap = [scale](int destination, int sourceLength) {
+    const double position = std::max((destination + 0.5) / scale - 0.5, 0.0);
+    const double index = std::min(std::floor(position), double(sourceLength - 2));
+    return Tap{std::size_t(index), std::uint32_t(std::lround(std::min(position - index, 1.0) * 256))};
+  };
+  std::vector<Tap> columns(std::size_t(width), Tap{});
+  for (int x = 0; x < width; ++x) columns[std::size_t(x)] = tap(x, bitmap.width());
+
+  constexpr int run = 16;
+  std::vector<std::uint8_t> bytes(std::size_t(width) * std::size_t(height));
+  for (int y = 0; y < height; ++y) {
+    const Tap row = tap(y, bitmap.height());
+    const std::uint8_t* upper = plane.row(row.index);
+    const std::uint8_t* lower = plane.row(row.index + 1);
+    std::uint8_t* out = bytes.data() + std::size_t(y) * std::size_t(width);
+    for (int start = 0; start < width; start += run) {
+      const int end = std::min(start + run, width);
+      const std::size_t first = columns[std::size_t(start)].index;
+      const std::size_t count = columns[std::size_t(end - 1)].index + 2 - first;
+      const std::uint8_t state = plane.state(row.index, first, count);
+      if (state != AlphaPlane::mixed && plane.state(row.index + 1, first, count) == state) {
+        if (state == AlphaPlane::opaque) std::memset(out + start, 255, std::size_t(end - start));
+        continue;
+      }
+      for (int x = start; x < end; ++x) {
+        const Tap& column = columns[std::size_t(x)];
+        const std::size_t i = column.index;
+        const std::uint32_t wx = column.weight;
+        const std::uint32_t top = upper[i] * (256 - wx) + upper[i + 1] * wx;
+        const std::uint32_t bottom = lower[i] * (256 - wx) + lower[i + 1] * wx;
+        const auto value = std::uint8_t((top * (256 - row.weight) + bottom * row.weight + 32768) >> 16);
+        out[x] = value < threshold ? 0 : value;
+      }
+    }
+  }
+  return HitMask(std::move(bytes), width, height);
+}
+
 /// The outline of a bitmap's coverage in its own pixel coordinates.
-Path bitmapStrokeHighlight(const iconwright::Image& bitmap) {
+Path bitmapStrokeHighlight(const Image& bitmap) {
   const double width = bitmap.width(), height = bitmap.height();
   const Rect whole = Rect::makeXYWH(0, 0, width, height);
   const double scale = std::min({largestTracingSide / width, largestTracingSide / height, 1.0});
 
-  std::optional<iconwright::Image> traced;
-  if (scale == 1) {
-    traced = bitmap;
-  } else if (auto context = BitmapContext::create(width * scale, height * scale)) {
-    context->scaleBy(scale, scale);
-    context->drawImage(bitmap, whole);
-    traced = context->makeImage();
-  } else {
-    return Path::makeRect(whole);
-  }
-
-  HitMask mask = HitMask::fromImage(*traced);
-  mask.clearCoverage(tracingCoverageThreshold);
+  HitMask mask = scale == 1 ? HitMask::fromImage(bitmap)
+                            : scaledCoverage(bitmap, scale, coverageByte(tracingCoverageThreshold));
+  if (scale == 1) mask.clearCoverage(tracingCoverageThreshold);
   const AffineTransform back = AffineTransform::makeScale(1 / scale, 1 / scale);
   if (const auto paths = smoothedOutlinePaths(mask.outlinePaths())) {
     Path result;

@@ -79,12 +79,6 @@ void IconComposition::setDelegate(std::shared_ptr<IconCompositionDelegate> deleg
   notifyMemberChanged("delegate");
 }
 
-void IconComposition::setSpecializableLanguageIDs(LanguageIDs languageIDs) {
-  if (specializableLanguageIDs_ == languageIDs) return;
-  specializableLanguageIDs_ = std::move(languageIDs);
-  notifyMemberChanged("specializableLanguageIDs");
-}
-
 bool IconComposition::shouldAutoAdaptAppearance(const SpecializationSlot& slot) const {
   return fill_.shouldAutoAdaptAppearance(slot, Fill::automatic);
 }
@@ -104,15 +98,19 @@ std::shared_ptr<IconComposition> IconComposition::updatingAssetReferences(const 
   return sharedAs<IconComposition>();
 }
 
-std::shared_ptr<Layer> IconComposition::makeLayer(const IncomingImageAsset& asset) {
-  const AssetName requested = asset.assetName();
+AssetName IconComposition::registerAsset(const AssetName& name, const AssetFile& file) {
   AssetStore incoming;
-  incoming.set(requested, asset.assetFile);
+  incoming.set(name, file);
   AssetStore store = assetStore_;
   const AssetRenames renames = store.addAssetRenamingIfNeeded(incoming);
-  const auto renamed = renames.find(requested);
-  const AssetName stored = renamed == renames.end() ? requested : renamed->second;
+  const auto renamed = renames.find(name);
+  const AssetName stored = renamed == renames.end() ? name : renamed->second;
   setAssetStore(std::move(store));
+  return stored;
+}
+
+std::shared_ptr<Layer> IconComposition::makeLayer(const IncomingImageAsset& asset) {
+  const AssetName stored = registerAsset(asset.assetName(), asset.assetFile);
 
   auto layer = Layer::create(stored.displayName());
   SpecializableProperty<Layer::ImageName> imageName = layer->imageName();

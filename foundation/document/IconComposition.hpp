@@ -19,12 +19,14 @@
 #include "foundation/assets/AssetStore.hpp"
 #include "foundation/assets/AssumedSVGColorSpace.hpp"
 #include "foundation/assets/IncomingImageAsset.hpp"
+#include "foundation/document/Diagnostic.hpp"
 #include "foundation/document/Group.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/Layer.hpp"
 #include "foundation/json/JSONValue.hpp"
 #include "foundation/graphics/Pasteboard.hpp"
 #include "foundation/platforms/Localization.hpp"
+#include "foundation/platforms/Platform.hpp"
 #include "foundation/platforms/SupportedPlatforms.hpp"
 #include "foundation/specialization/SpecializableProperty.hpp"
 #include "foundation/specialization/SpecializationSlotComponent.hpp"
@@ -74,6 +76,14 @@ class IconComposition final : public IconwrightDocumentMember {
   using AssetMirroring = iconwright::AssetMirroring;
   using AssetStore = iconwright::AssetStore;
   using LanguageIDs = std::unordered_set<Localization::LanguageID>;
+
+  /// What fullySpecialize() leaves the document needing: every asset name it refers to, and
+  /// those referred to from a slot where the layer is mirrorable.
+  struct SpecializationResults {
+    AssetReferenceSet referencedAssetNames;
+    AssetReferenceSet mirrorableAssetNames;
+    friend bool operator==(const SpecializationResults&, const SpecializationResults&) = default;
+  };
 
   explicit IconComposition(ConstructionKey) {}
 
@@ -152,8 +162,58 @@ class IconComposition final : public IconwrightDocumentMember {
   [[nodiscard]] const AssetStore& assetStore() const { return assetStore_; }
   void setAssetStore(AssetStore store) { change(assetStoreKeyPath, std::move(store), true); }
   [[nodiscard]] const LanguageIDs& specializableLanguageIDs() const { return specializableLanguageIDs_; }
-  /// Stores the set as it is (observed, not undoable); asset variants are left alone.
-  void setSpecializableLanguageIDs(LanguageIDs languageIDs);
+
+  // Document languages (DocumentLanguages.cpp). The set is observed, not undoable.
+
+  /// The union with the current set; never culls.
+  void addSpecializableLanguageIDs(const LanguageIDs& languageIDs);
+  /// Stores the set. When languages leave it, `currentLocalization` is validated against the
+  /// new set and, with `cullAssetLocalizations`, every asset loses its variants in them (one
+  /// undoable change of the store); otherwise the variants stay, unused.
+  void setSpecializableLanguageIDs(LanguageIDs languageIDs, bool cullAssetLocalizations,
+                                   Localization& currentLocalization);
+  void setSpecializableLanguageIDs(LanguageIDs languageIDs, bool cullAssetLocalizations);
+  /// The current set minus these, set as above.
+  void removeSpecializableLanguageIDs(const LanguageIDs& languageIDs, bool cullAssetLocalizations,
+                                      Localization& currentLocalization);
+  void removeSpecializableLanguageIDs(const LanguageIDs& languageIDs, bool cullAssetLocalizations);
+  /// The abstract localizations and the languages of the set stay; another language becomes
+  /// the writing direction of its language code, so a viewer keeps the direction it saw.
+  [[nodiscard]] Localization validateLocalization(const Localization& localization) const;
+  /// The languages of the set and of the asset variants that the locale system doesn't know.
+  [[nodiscard]] LanguageIDs unknownSpecializableLanguageIDs() const;
+
+  // Diagnostics (Diagnostics.cpp).
+
+  /// The too-many-groups check, then the localized size check, stably sorted with errors
+  /// first. The check for unknown language IDs belongs to internal builds only and never
+  /// runs here.
+  [[nodiscard]] std::vector<Diagnostic> diagnostics() const;
+  /// One diagnostic at the first slot of a selectable platform that shows more than four
+  /// groups; empty otherwise.
+  [[nodiscard]] std::vector<Diagnostic> tooManyGroupsDiagnostics() const;
+  /// The groups whose own isHidden is false for the slot; their layers play no part.
+  [[nodiscard]] int countVisibleGroups(const SpecializationSlot& slot) const;
+  /// The text that explains language IDs the locale system doesn't know.
+  [[nodiscard]] static std::string incorrectLocaleCodeDiagnosticDescription(const LanguageIDs& languageIDs);
+
+  // Flattening (Flattening.cpp).
+
+  /// Rewrites the document in place so that it describes `platform` alone: every property of
+  /// every member holds its own entry on each of the platform's slots, with the value the
+  /// document showed there; members that show on none of them are gone; hiding is folded
+  /// into glass; an asset used both mirrored and fixed gains a ".mirrorable" copy for the
+  /// mirrored uses. Every change is undoable.
+  SpecializationResults fullySpecialize(Platform platform);
+  /// Replaces the overrides on the abstract idioms (base, square) by entries on the concrete
+  /// ones (iOS, macOS, watchOS) that show the same values; shared square icons become unique
+  /// iOS and macOS icons.
+  void makeAbstractIdiomsConcrete();
+  /// Copies each fill override of kind none on a base-appearance slot onto the light, dark
+  /// and tinted slots of its idiom that take their value from it.
+  void promoteNoneFillsToEachAppearance();
+  /// The named files the store holds, in the order of `names`; other names are left out.
+  [[nodiscard]] std::vector<NamedAssetFile> compactNamedAssets(const std::vector<AssetName>& names) const;
 
   static const MemberKeyPath<IconComposition, SupportedPlatforms> supportedPlatformsKeyPath;
   static const MemberKeyPath<IconComposition, std::optional<AssumedSVGColorSpace>> assumedSVGColorSpaceKeyPath;
@@ -212,6 +272,9 @@ class IconComposition final : public IconwrightDocumentMember {
   friend struct detail::ChildLinks<IconComposition, Group>;
 
   void storeGroups(Groups groups);
+  /// Stores the file under `name`, or under a unique new name when another file holds it (an
+  /// equal file is shared), and returns the name used.
+  AssetName registerAsset(const AssetName& name, const AssetFile& file);
 
   SupportedPlatforms supportedPlatforms_ = SupportedPlatforms::defaultValue();
   Groups groups_;

@@ -108,7 +108,7 @@ std::shared_ptr<IconComposition> IconComposition::create(const Snapshot& snapsho
   for (const auto& group : snapshot.groups) groups.push_back(Group::create(group));
   auto composition = create(groups, AssetStore::create(snapshot.assetStoreSnapshot));
   applyPropertySnapshot(*composition, fillKeyPath, snapshot.fill);
-  composition->setSpecializableLanguageIDs({snapshot.specializableLanguageIDs.begin(), snapshot.specializableLanguageIDs.end()});
+  composition->setSpecializableLanguageIDs({snapshot.specializableLanguageIDs.begin(), snapshot.specializableLanguageIDs.end()}, false);
   composition->setAssumedSVGColorSpace(snapshot.assumedSVGColorSpace);
   composition->setImplicitAssetMirroring(snapshot.implicitAssetMirroring);
   if (snapshot.supportedPlatforms) {

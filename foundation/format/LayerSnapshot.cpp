@@ -1,6 +1,7 @@
 #include "foundation/format/LayerSnapshot.hpp"
 
 #include <array>
+#include <tuple>
 #include <exception>
 
 #include "foundation/format/ManifestMembers.hpp"
@@ -12,32 +13,31 @@ namespace {
 
 constexpr ManifestKeys kindKeys{"kind", {}};
 constexpr ManifestKeys nameKeys{"name", {}};
-constexpr ManifestKeys positionKeys{"position", "position-specializations"};
-constexpr ManifestKeys fillKeys{"fill", "fill-specializations"};
 constexpr ManifestKeys materialKeys{"material", {}};
-constexpr ManifestKeys opacityKeys{"opacity", "opacity-specializations"};
-constexpr ManifestKeys blendModeKeys{"blend-mode", "blend-mode-specializations"};
-constexpr ManifestKeys hiddenKeys{"hidden", "hidden-specializations"};
-constexpr ManifestKeys glassKeys{"glass", "glass-specializations"};
-constexpr ManifestKeys assetMirroringKeys{"asset-mirroring", "asset-mirroring-specializations"};
-constexpr ManifestKeys imageNameKeys{"image-name", "image-name-specializations"};
 
-constexpr std::array declaredKeys{kindKeys,      nameKeys,  positionKeys,  fillKeys,           materialKeys, opacityKeys,
-                                  blendModeKeys, hiddenKeys, glassKeys,    assetMirroringKeys, imageNameKeys};
+// The specializable properties of a layer, in the order they are read.
+const std::tuple layerProperties{
+    ManifestProperty<Layer, Position>{{"position", "position-specializations"}, Layer::positionKeyPath, &Layer::Snapshot::position},
+    ManifestProperty<Layer, Fill>{{"fill", "fill-specializations"}, Layer::fillKeyPath, &Layer::Snapshot::fill},
+    ManifestProperty<Layer, double>{{"opacity", "opacity-specializations"}, Layer::opacityKeyPath, &Layer::Snapshot::opacity},
+    ManifestProperty<Layer, BlendMode>{
+        {"blend-mode", "blend-mode-specializations"}, Layer::blendModeKeyPath, &Layer::Snapshot::blendMode},
+    ManifestProperty<Layer, bool>{{"hidden", "hidden-specializations"}, Layer::isHiddenKeyPath, &Layer::Snapshot::isHidden},
+    ManifestProperty<Layer, bool>{{"glass", "glass-specializations"}, Layer::isGlassKeyPath, &Layer::Snapshot::isGlass},
+    ManifestProperty<Layer, AssetMirroring>{{"asset-mirroring", "asset-mirroring-specializations"},
+                                            Layer::assetMirroringKeyPath, &Layer::Snapshot::assetMirroring},
+    ManifestProperty<Layer, Layer::ImageName>{
+        {"image-name", "image-name-specializations"}, Layer::imageNameKeyPath, &Layer::Snapshot::imageName},
+};
+
+const auto declaredKeys = manifestKeys(std::array{kindKeys, nameKeys, materialKeys}, layerProperties);
 
 }  // namespace
 
 JSONValue Layer::Snapshot::encodeJSON() const {
   JSONValue::Object object;
   if (name) object.emplace(nameKeys.key, *name);
-  encodeSpecializableProperty(object, position, positionKeys.key, positionKeys.pluralKey);
-  encodeSpecializableProperty(object, fill, fillKeys.key, fillKeys.pluralKey);
-  encodeSpecializableProperty(object, opacity, opacityKeys.key, opacityKeys.pluralKey);
-  encodeSpecializableProperty(object, blendMode, blendModeKeys.key, blendModeKeys.pluralKey);
-  encodeSpecializableProperty(object, isHidden, hiddenKeys.key, hiddenKeys.pluralKey);
-  encodeSpecializableProperty(object, isGlass, glassKeys.key, glassKeys.pluralKey);
-  encodeSpecializableProperty(object, assetMirroring, assetMirroringKeys.key, assetMirroringKeys.pluralKey);
-  encodeSpecializableProperty(object, imageName, imageNameKeys.key, imageNameKeys.pluralKey);
+  encodeManifestProperties(object, *this, layerProperties);
   writeUnknownManifestMembers(object, unknownManifestMembers, declaredKeys);
   return JSONValue(std::move(object));
 }
@@ -47,42 +47,23 @@ Layer::Snapshot Layer::Snapshot::decodeJSON(const Decoder& decoder, bool keepsUn
   Snapshot snapshot;
   reader.ignore(kindKeys.key);
   snapshot.name = reader.optionalMember<std::string>(nameKeys.key);
-  snapshot.position = reader.property<Position>(positionKeys);
-  snapshot.fill = reader.property<Fill>(fillKeys);
   reader.ignore(materialKeys.key);
-  snapshot.opacity = reader.property<double>(opacityKeys);
-  snapshot.blendMode = reader.property<BlendMode>(blendModeKeys);
-  snapshot.isHidden = reader.property<bool>(hiddenKeys);
-  snapshot.isGlass = reader.property<bool>(glassKeys);
-  snapshot.assetMirroring = reader.property<AssetMirroring>(assetMirroringKeys);
-  snapshot.imageName = reader.property<ImageName>(imageNameKeys);
+  decodeManifestProperties(reader, snapshot, layerProperties);
   snapshot.unknownManifestMembers = reader.unknownMembers();
   return snapshot;
 }
 
 Layer::Snapshot Layer::snapshot() const {
-  return {name(),
-          position().snapshot(),
-          fill().snapshot(),
-          opacity().snapshot(),
-          blendMode().snapshot(),
-          isHidden().snapshot(),
-          isGlass().snapshot(),
-          assetMirroring().snapshot(),
-          imageName().snapshot(),
-          unknownManifestMembers()};
+  Snapshot snapshot;
+  snapshot.name = name();
+  snapshotManifestProperties(*this, snapshot, layerProperties);
+  snapshot.unknownManifestMembers = unknownManifestMembers();
+  return snapshot;
 }
 
 std::shared_ptr<Layer> Layer::create(const Snapshot& snapshot) {
   auto layer = create(snapshot.name);
-  applyPropertySnapshot(*layer, positionKeyPath, snapshot.position);
-  applyPropertySnapshot(*layer, fillKeyPath, snapshot.fill);
-  applyPropertySnapshot(*layer, opacityKeyPath, snapshot.opacity);
-  applyPropertySnapshot(*layer, blendModeKeyPath, snapshot.blendMode);
-  applyPropertySnapshot(*layer, isHiddenKeyPath, snapshot.isHidden);
-  applyPropertySnapshot(*layer, isGlassKeyPath, snapshot.isGlass);
-  applyPropertySnapshot(*layer, assetMirroringKeyPath, snapshot.assetMirroring);
-  applyPropertySnapshot(*layer, imageNameKeyPath, snapshot.imageName);
+  applyManifestProperties(*layer, snapshot, layerProperties);
   layer->setUnknownManifestMembers(snapshot.unknownManifestMembers);
   return layer;
 }

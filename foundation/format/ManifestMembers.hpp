@@ -8,13 +8,17 @@
 // property snapshot to a live member.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <optional>
 #include <span>
+#include <tuple>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/format/SpecializationEncoding.hpp"
 #include "foundation/json/DecodingError.hpp"
 #include "foundation/json/JSONCoding.hpp"
@@ -113,6 +117,58 @@ void applyPropertySnapshot(Member& member, const KeyPath& keyPath, const std::op
   auto property = member.*keyPath.storage;
   snapshot->apply(property);
   member.change(keyPath, std::move(property), true);
+}
+
+/// One row of a member type's property table: the manifest keys of a specializable property,
+/// the live member's property and the snapshot's field for it. A tuple of rows, one table per
+/// member type, drives the manifest reader and writer and the conversions between a live
+/// member and its snapshot, so a property is added in one row.
+template <class Member, class T>
+struct ManifestProperty {
+  using Value = T;
+  ManifestKeys keys;
+  MemberKeyPath<Member, SpecializableProperty<T>> keyPath;
+  PropertySnapshot<T> Member::Snapshot::*field;
+};
+
+/// The keys of every row, after `others` (the members that are not specializable properties).
+template <std::size_t Count, class... Rows>
+[[nodiscard]] constexpr auto manifestKeys(const std::array<ManifestKeys, Count>& others, const std::tuple<Rows...>& rows) {
+  std::array<ManifestKeys, Count + sizeof...(Rows)> keys{};
+  std::size_t index = 0;
+  for (const auto& key : others) keys[index++] = key;
+  std::apply([&](const auto&... row) { ((keys[index++] = row.keys), ...); }, rows);
+  return keys;
+}
+
+/// Writes each row's snapshot field under its keys.
+template <class Snapshot, class... Rows>
+void encodeManifestProperties(JSONValue::Object& object, const Snapshot& snapshot, const std::tuple<Rows...>& rows) {
+  std::apply(
+      [&](const auto&... row) {
+        (encodeSpecializableProperty(object, snapshot.*row.field, row.keys.key, row.keys.pluralKey), ...);
+      },
+      rows);
+}
+
+/// Reads each row's snapshot field, in row order.
+template <class Snapshot, class... Rows>
+void decodeManifestProperties(ManifestObjectReader& reader, Snapshot& snapshot, const std::tuple<Rows...>& rows) {
+  std::apply([&](const auto&... row) { ((snapshot.*row.field = reader.template property<typename Rows::Value>(row.keys)), ...); },
+             rows);
+}
+
+/// Each row's snapshot field from the live member's property.
+template <class Member, class... Rows>
+void snapshotManifestProperties(const Member& member, typename Member::Snapshot& snapshot,
+                                const std::tuple<Rows...>& rows) {
+  std::apply([&](const auto&... row) { ((snapshot.*row.field = (member.*row.keyPath.storage).snapshot()), ...); }, rows);
+}
+
+/// Applies each row's present snapshot field to the live member.
+template <class Member, class... Rows>
+void applyManifestProperties(Member& member, const typename Member::Snapshot& snapshot, const std::tuple<Rows...>& rows) {
+  std::apply([&](const auto&... row) { (applyPropertySnapshot(member, row.keyPath, snapshot.*row.field), ...); }, rows);
 }
 
 /// Adds kept members to an encoded object: an undeclared one always, a declared one only when

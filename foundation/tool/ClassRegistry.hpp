@@ -32,6 +32,8 @@ struct RegisteredClass {
   std::function<ToolCommandArguments::Grammar()> argumentGrammar;
   /// Commands only: makes an instance from parsed arguments.
   std::function<std::shared_ptr<ToolCommand>(ToolCommandArguments)> make;
+  /// Commands only: one line for --help; empty when the class offers none.
+  std::string summary;
 
   /// A class that is not a command.
   template <class T>
@@ -70,7 +72,7 @@ struct ClassRegistrar {
 
 template <class T>
 RegisteredClass RegisteredClass::other() {
-  return RegisteredClass{unqualifiedTypeName(typeid(T)), BaseKind::other, {}, {}};
+  return RegisteredClass{unqualifiedTypeName(typeid(T)), BaseKind::other, {}, {}, {}};
 }
 
 }  // namespace iconwright

@@ -61,15 +61,19 @@ class ToolCommand {
     }
   }
 
-  /// The registry entry of a command class T.
+  /// The registry entry of a command class T, with T::summary() as its --help line when T
+  /// declares one.
   template <class T>
     requires std::derived_from<T, ToolCommand>
   [[nodiscard]] static RegisteredClass registeredClass() {
+    std::string summary;
+    if constexpr (requires { std::string(T::summary()); }) summary = std::string(T::summary());
     return RegisteredClass{unqualifiedTypeName(typeid(T)), RegisteredClass::BaseKind::toolCommand,
                            &argumentGrammarOf<T>,
                            [](Arguments arguments) -> std::shared_ptr<ToolCommand> {
                              return std::make_shared<T>(std::move(arguments));
-                           }};
+                           },
+                           std::move(summary)};
   }
 
   /// The sink set for the whole process, if any.

@@ -87,6 +87,11 @@ std::vector<std::string> ToolCommandRegistry::availableCommandNames() const {
   return names;
 }
 
+std::string ToolCommandRegistry::commandSummary(std::string_view commandName) const {
+  const auto registeredClass = ClassRegistry::shared().classNamed(commandClassName(commandName));
+  return registeredClass ? registeredClass->summary : std::string();
+}
+
 std::shared_ptr<ToolCommand> ToolCommandRegistry::command(const std::vector<std::string>& processArguments) {
   const std::string name = ToolCommandArguments::commandFromArguments(processArguments);
   const std::string className = commandClassName(name);

@@ -35,6 +35,8 @@ class ToolCommandRegistry {
   [[nodiscard]] static std::optional<std::string> commandNameForClassName(std::string_view className);
   /// The names of the registered command classes that a command line can reach, sorted.
   [[nodiscard]] std::vector<std::string> availableCommandNames() const;
+  /// The --help line of a registered command; empty when it has none or is unknown.
+  [[nodiscard]] std::string commandSummary(std::string_view commandName) const;
 
   /// Where the plugin may be: each absolute entry of `frameworkSearchPath` (":"-separated,
   /// as DYLD_FRAMEWORK_PATH), then the parent of the directory holding the Foundation

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <random>
@@ -52,6 +53,21 @@ void writeFile(const std::filesystem::path& path, const std::string& contents) {
   std::filesystem::create_directories(path.parent_path());
   std::ofstream stream(path, std::ios::binary);
   stream << contents;
+}
+
+std::vector<std::filesystem::path> sortedEntries(const std::filesystem::path& directory) {
+  std::vector<std::filesystem::path> entries;
+  for (const auto& entry : std::filesystem::directory_iterator(directory)) entries.push_back(entry.path());
+  std::sort(entries.begin(), entries.end());
+  return entries;
+}
+
+std::map<std::string, std::string> fileTree(const std::filesystem::path& root) {
+  std::map<std::string, std::string> tree;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+    tree[std::filesystem::relative(entry.path(), root).string()] = entry.is_directory() ? "/" : readFile(entry.path());
+  }
+  return tree;
 }
 
 }  // namespace iconwright::testing

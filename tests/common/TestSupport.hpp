@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace iconwright::testing {
 
@@ -27,6 +29,11 @@ class TemporaryDirectory {
 
 std::string readFile(const std::filesystem::path& path);
 void writeFile(const std::filesystem::path& path, const std::string& contents);
+/// The entries of a directory, sorted.
+std::vector<std::filesystem::path> sortedEntries(const std::filesystem::path& directory);
+/// Every file and directory below `root` by relative path, with a file's contents; a
+/// directory maps to "/".
+std::map<std::string, std::string> fileTree(const std::filesystem::path& root);
 
 }  // namespace iconwright::testing
 

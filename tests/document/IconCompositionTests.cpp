@@ -166,7 +166,7 @@ TEST_F(IconCompositionTest, ObserversHearEachChangeOnce) {
   composition->setImplicitAssetMirroring(true);
   composition->setAssumedSVGColorSpace(AssumedSVGColorSpace::displayP3);
   composition->setSupportedPlatforms(SupportedPlatforms::uniqueWatchOS());
-  composition->setSpecializableLanguageIDs({Localization::LanguageID("de")});
+  composition->setSpecializableLanguageIDs({Localization::LanguageID("de")}, false);
   EXPECT_THAT(compositionEvents.properties, ElementsAre("implicitAssetMirroring", "assumedSVGColorSpace",
                                                         "supportedPlatforms", "specializableLanguageIDs"));
   // The language list is not undoable; the other three are.

@@ -74,7 +74,7 @@ TEST(DocumentPackage, RootKeysAreWrittenOnlyWhenTheyHoldSomething) {
                                                  "    \"squares\" : [\n      \"macOS\"\n    ]\n  }\n}");
 
   using LanguageID = Localization::LanguageID;
-  document->setSpecializableLanguageIDs({LanguageID("fr"), LanguageID("de"), LanguageID("en_GB"), LanguageID("en")});
+  document->setSpecializableLanguageIDs({LanguageID("fr"), LanguageID("de"), LanguageID("en_GB"), LanguageID("en")}, false);
   document->setImplicitAssetMirroring(true);
   document->setAssumedSVGColorSpace(AssumedSVGColorSpace::displayP3);
   EXPECT_EQ(document->snapshot().manifestData(),

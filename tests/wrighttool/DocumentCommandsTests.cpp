@@ -24,21 +24,7 @@ CommandRun wrighttool(const std::vector<std::string>& arguments, const fs::path&
   return testing::runWrighttool(arguments, directory);
 }
 
-// Every file and directory below `root`, by relative path; a directory maps to "/".
-std::map<std::string, std::string> treeOf(const fs::path& root) {
-  std::map<std::string, std::string> tree;
-  for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    tree[fs::relative(entry.path(), root).string()] = entry.is_directory() ? "/" : readFile(entry.path());
-  }
-  return tree;
-}
 
-std::vector<fs::path> entriesOf(const fs::path& directory) {
-  std::vector<fs::path> entries;
-  for (const auto& entry : fs::directory_iterator(directory)) entries.push_back(entry.path());
-  std::sort(entries.begin(), entries.end());
-  return entries;
-}
 
 std::string withoutFinalNewline(std::string text) {
   if (!text.empty() && text.back() == '\n') text.pop_back();
@@ -58,7 +44,7 @@ bool isInWrittenLayout(const std::string& manifest) { return manifest.find("\":"
 TEST(UpgradeCommand, EveryCorpusManifestComesBackByteForByte) {
   ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
   TemporaryDirectory directory;
-  for (const auto& source : entriesOf(shared / "corpus" / "manifests")) {
+  for (const auto& source : testing::sortedEntries(shared / "corpus" / "manifests")) {
     SCOPED_TRACE(source.filename().string());
     const std::string manifest = readFile(source);
     const fs::path package = makePackage(directory.path() / (source.stem().string() + ".icon"), manifest);
@@ -73,13 +59,13 @@ TEST(UpgradeCommand, EveryCorpusManifestComesBackByteForByte) {
 TEST(UpgradeCommand, EveryCorpusPackageComesBackWithItsAssets) {
   ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
   TemporaryDirectory directory;
-  for (const auto& package : entriesOf(shared / "corpus" / "packages")) {
+  for (const auto& package : testing::sortedEntries(shared / "corpus" / "packages")) {
     SCOPED_TRACE(package.filename().string());
     const fs::path output = directory.path() / (package.filename().string() + ".icon");
     const CommandRun run = wrighttool({package.string(), "--upgrade", "--output-file", output.string()}, directory.path());
     ASSERT_EQ(run.status, 0) << run.err;
-    auto expected = treeOf(package);
-    auto written = treeOf(output);
+    auto expected = testing::fileTree(package);
+    auto written = testing::fileTree(output);
     const std::string source = expected["icon.json"];
     const std::string manifest = written["icon.json"];
     expected.erase("icon.json");
@@ -99,7 +85,7 @@ TEST(UpgradeCommand, EveryCorpusPackageComesBackWithItsAssets) {
 TEST(UpgradeCommand, HandWrittenManifestsOpenOrFailCleanly) {
   ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
   TemporaryDirectory directory;
-  for (const auto& source : entriesOf(shared / "corpus" / "manifests-other")) {
+  for (const auto& source : testing::sortedEntries(shared / "corpus" / "manifests-other")) {
     SCOPED_TRACE(source.filename().string());
     const fs::path package = makePackage(directory.path() / source.filename(), readFile(source));
     const fs::path output = directory.path() / (source.stem().string() + ".out");
@@ -199,7 +185,7 @@ TEST(NewCommand, WritesTheTemplateDocument) {
   const CommandRun run = wrighttool({"--new", "--output-file", "Icon.icon"}, directory.path());
   ASSERT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(treeOf(directory.path() / "Icon.icon"), (std::map<std::string, std::string>{{"Assets", "/"}, {"icon.json", R"({
+  EXPECT_EQ(testing::fileTree(directory.path() / "Icon.icon"), (std::map<std::string, std::string>{{"Assets", "/"}, {"icon.json", R"({
   "fill" : {
     "automatic-gradient" : "extended-srgb:0.00000,0.53333,1.00000,1.00000"
   },

@@ -83,7 +83,11 @@ TEST(Wrighttool, HelpListsTheCommandsItCanReach) {
   const ProgramRun alone = wrighttool({"--help"});
   EXPECT_EQ(alone.status, 0) << alone.err;
   EXPECT_TRUE(alone.out.starts_with("usage: wrighttool [document] --command [--name [value]]...\n")) << alone.out;
-  EXPECT_NE(alone.out.find("\n  --evaluate\n"), std::string::npos) << alone.out;
+  EXPECT_NE(alone.out.find("\n  --evaluate  "), std::string::npos) << alone.out;
+  for (const char* line : {"\n  --diagnostics  ", "\n  --export-intermediate-representation  DOC --platform P",
+                           "\n  --languages  ", "\n  --upgrade  "}) {
+    EXPECT_NE(alone.out.find(line), std::string::npos) << line;
+  }
 
   const ProgramRun withKit = wrighttool({"--help"}, ICONWRIGHT_TEST_FRAMEWORKS_DIR);
   EXPECT_NE(withKit.out.find("\n  --fixture-greet\n"), std::string::npos) << withKit.out;

@@ -14,6 +14,9 @@ class WrighttoolEvaluateCommand final : public ToolCommand {
   static Grammar argumentGrammar() {
     return {{"expression", ArgumentKind::value}, {"implicit-first-operand", ArgumentKind::value}};
   }
+  static std::string_view summary() {
+    return "--expression TEXT [--implicit-first-operand X]: evaluate the arithmetic of numeric fields";
+  }
 
   void run() override {
     const std::string expression = arguments().requiredArgument("expression");

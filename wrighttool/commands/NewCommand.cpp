@@ -12,6 +12,7 @@ class WrighttoolNewCommand final : public ToolCommand {
   using ToolCommand::ToolCommand;
 
   static Grammar argumentGrammar() { return {{"output-file", ArgumentKind::value}}; }
+  static std::string_view summary() { return "--output-file PATH: write the document a new icon starts from"; }
 
   void run() override {
     const FilePath outputPath = arguments().requiredOutputFilePath();

@@ -12,6 +12,7 @@ class WrighttoolUpgradeCommand final : public IconMutatingCommand {
   using IconMutatingCommand::IconMutatingCommand;
 
   static Grammar argumentGrammar() { return {{"output-file", ArgumentKind::value}}; }
+  static std::string_view summary() { return "DOC [--output-file PATH]: write the document back in the current form"; }
 
   /// Reading and writing are the whole work.
   void process(const std::shared_ptr<IconComposition>&) override {}
