@@ -89,12 +89,17 @@ void exerciseReaders(const ToolCommandArguments& arguments) {
 void checkLegacyTranslation(const std::vector<std::string>& tokens) {
   std::vector<std::string> line{"wrighttool"};
   line.insert(line.end(), tokens.begin(), tokens.end());
-  // A four-entry intermediate-representation line stops the process by design.
-  if (line.size() == 4 && !line[1].starts_with("--") && line[2] == "--export-build-intermediary" &&
-      line[3] == "fully-specialize-for") {
+  // A four-entry intermediate-representation line lacks its platform.
+  const bool lacksPlatform = line.size() == 4 && !line[1].starts_with("--") &&
+                             line[2] == "--export-build-intermediary" && line[3] == "fully-specialize-for";
+  std::vector<std::string> translated;
+  try {
+    translated = ToolCommand::translateLegacyArguments(line);
+    FUZZ_CHECK(!lacksPlatform, "a legacy line without a platform is translated");
+  } catch (const MessageError&) {
+    FUZZ_CHECK(lacksPlatform, "legacy translation refuses a line that has its platform");
     return;
   }
-  const std::vector<std::string> translated = ToolCommand::translateLegacyArguments(line);
   if (translated == line) return;
   FUZZ_CHECK(translated.size() >= 3 && translated[0] == line[0] && translated[1] == line[1],
              "the translation does not keep the executable and the document");

@@ -49,7 +49,10 @@ void IconComposition::insert(std::shared_ptr<Group> group, std::size_t index) {
 }
 
 void IconComposition::insert(const Groups& groups, std::size_t index) {
-  for (const auto& group : groups) insert(group, index++);
+  detail::insertChildren(*this, groups, index);
+  if (delegate_) {
+    for (const auto& group : groups) delegate_->iconCompositionDidInsertGroup(group);
+  }
 }
 
 void IconComposition::remove(const Groups& groups) { detail::removeChildren(*this, groups); }

@@ -263,7 +263,7 @@ void writeData(std::span<const std::uint8_t> data, const FilePath& path, DataWri
     return;
   }
   std::string temporary = stringByAppendingPathComponent(stringByDeletingLastPathComponent(destination),
-                                                         "." + path.lastPathComponent() + ".XXXXXX");
+                                                         ".iw-XXXXXX");
   const int descriptor = ::mkstemp(temporary.data());
   if (descriptor < 0) failWithErrno(destination, errno);
   try {
