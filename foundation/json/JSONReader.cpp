@@ -18,25 +18,34 @@ std::string plainReason(std::string_view message) {
     std::string_view found;
     std::string_view reason;
   };
-  static constexpr Rule rules[] = {
+  // What the lexer found wrong in a token, then what the parser expected instead of a token.
+  static constexpr Rule lexical[] = {
       {"unexpected end of input", "unexpected end of data"},
       {"ill-formed UTF-8", "invalid UTF-8 in a string"},
       {"control character", "unescaped control character in a string"},
       {"surrogate", "invalid Unicode escape in a string"},
-      {"\\u must be followed", "invalid Unicode escape in a string"},
+      {"must be followed by 4 hex digits", "invalid Unicode escape in a string"},
       {"forbidden character after backslash", "invalid escape sequence in a string"},
       {"missing closing quote", "unterminated string"},
       {"number overflow", "number out of range"},
       {"invalid number", "invalid number"},
       {"invalid literal", "invalid literal"},
-      {"expected end of input", "unexpected text after the JSON value"},
-      {"expected ':'", "expected “:” after an object key"},
-      {"expected string literal", "expected an object key in quotes"},
-      {"expected '}'", "expected “,” or “}” in an object"},
-      {"expected ']'", "expected “,” or “]” in an array"},
   };
-  for (const auto& rule : rules) {
+  static constexpr Rule expectations[] = {
+      {"end of input", "unexpected text after the JSON value"},
+      {"':'", "expected “:” after an object key"},
+      {"string literal", "expected an object key in quotes"},
+      {"'}'", "expected “,” or “}” in an object"},
+      {"']'", "expected “,” or “]” in an array"},
+  };
+  for (const auto& rule : lexical) {
     if (message.find(rule.found) != std::string_view::npos) return std::string(rule.reason);
+  }
+  if (const auto mark = message.find("; expected "); mark != std::string_view::npos) {
+    const std::string_view expected = message.substr(mark + 11);
+    for (const auto& rule : expectations) {
+      if (expected.starts_with(rule.found)) return std::string(rule.reason);
+    }
   }
   return "unexpected character";
 }
