@@ -68,7 +68,13 @@ void exerciseReaders(const ToolCommandArguments& arguments) {
     (void)arguments.requiredBoolean(name);
     (void)arguments.requiredInteger(name);
     (void)arguments.requiredDouble(name);
-    exercisePath(arguments.requiredFilePath(name));
+    // An empty path would name the current directory and is refused; any other is made absolute.
+    try {
+      exercisePath(arguments.requiredFilePath(name));
+      FUZZ_CHECK(!text->empty(), "an empty path was accepted for " + name);
+    } catch (const MessageError&) {
+      FUZZ_CHECK(text->empty(), "a path reader refused a non-empty path: " + *text);
+    }
     for (const bool caseSensitive : {true, false}) {
       try {
         const std::string key = arguments.requiredEnumeratedValue(name, platforms, caseSensitive);
