@@ -8,13 +8,16 @@
 // Input: records of [kind][name length][name][content length, 2 bytes][content]. Kinds:
 // 0 file, 1 folder, 2 link (content is the target), 3 FIFO, 4 socket, 5 file without read
 // permission. Names may hold "/" to nest; "." and ".." components are dropped.
+#include <signal.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <random>
@@ -33,10 +36,28 @@ namespace fs = std::filesystem;
 
 namespace {
 
+/// libFuzzer may end the process without running exit handlers: scratch folders of processes
+/// that are gone are removed when the next one starts.
+void removeStaleScratchFolders() {
+  constexpr std::string_view prefix = "iconwright-fuzz-package-";
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(fs::temp_directory_path(), error)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(prefix)) continue;
+    const long owner = std::strtol(name.c_str() + prefix.size(), nullptr, 10);
+    if (owner > 0 && ::kill(pid_t(owner), 0) != 0 && errno == ESRCH) fs::remove_all(entry.path(), error);
+  }
+}
+
 const fs::path& scratch() {
   static const fs::path path = [] {
+    removeStaleScratchFolders();
     fs::path made = fs::temp_directory_path() / ("iconwright-fuzz-package-" + std::to_string(::getpid()));
     fs::create_directories(made);
+    std::atexit([] {
+      std::error_code ignored;
+      fs::remove_all(scratch(), ignored);
+    });
     return made;
   }();
   return path;
