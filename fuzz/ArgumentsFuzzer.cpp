@@ -68,7 +68,13 @@ void exerciseReaders(const ToolCommandArguments& arguments) {
     (void)arguments.requiredBoolean(name);
     (void)arguments.requiredInteger(name);
     (void)arguments.requiredDouble(name);
-    exercisePath(arguments.requiredFilePath(name));
+    // An empty path would name the current directory and is refused; any other is made absolute.
+    try {
+      exercisePath(arguments.requiredFilePath(name));
+      FUZZ_CHECK(!text->empty(), "an empty path was accepted for " + name);
+    } catch (const MessageError&) {
+      FUZZ_CHECK(text->empty(), "a path reader refused a non-empty path: " + *text);
+    }
     for (const bool caseSensitive : {true, false}) {
       try {
         const std::string key = arguments.requiredEnumeratedValue(name, platforms, caseSensitive);
@@ -89,12 +95,17 @@ void exerciseReaders(const ToolCommandArguments& arguments) {
 void checkLegacyTranslation(const std::vector<std::string>& tokens) {
   std::vector<std::string> line{"wrighttool"};
   line.insert(line.end(), tokens.begin(), tokens.end());
-  // A four-entry intermediate-representation line stops the process by design.
-  if (line.size() == 4 && !line[1].starts_with("--") && line[2] == "--export-build-intermediary" &&
-      line[3] == "fully-specialize-for") {
+  // A four-entry intermediate-representation line lacks its platform.
+  const bool lacksPlatform = line.size() == 4 && !line[1].starts_with("--") &&
+                             line[2] == "--export-build-intermediary" && line[3] == "fully-specialize-for";
+  std::vector<std::string> translated;
+  try {
+    translated = ToolCommand::translateLegacyArguments(line);
+    FUZZ_CHECK(!lacksPlatform, "a legacy line without a platform is translated");
+  } catch (const MessageError&) {
+    FUZZ_CHECK(lacksPlatform, "legacy translation refuses a line that has its platform");
     return;
   }
-  const std::vector<std::string> translated = ToolCommand::translateLegacyArguments(line);
   if (translated == line) return;
   FUZZ_CHECK(translated.size() >= 3 && translated[0] == line[0] && translated[1] == line[1],
              "the translation does not keep the executable and the document");

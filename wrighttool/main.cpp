@@ -2,13 +2,16 @@
 // own path, asks the registry for the command, runs it and writes the command's console
 // output; "--help" and "--version" alone are answered here. Any thrown error becomes one
 // line "error: <message>" on standard error and exit status 1; fatal assertions abort as
-// they do everywhere.
+// they do everywhere. Nothing reaches the terminal raw: control characters and invalid UTF-8
+// in messages and output are written as escapes.
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
+#include "foundation/support/TerminalText.hpp"
 #include "foundation/tool/ToolCommandRegistry.hpp"
 
 namespace {
@@ -42,7 +45,7 @@ int run(std::vector<std::string> arguments) {
   arguments = ToolCommand::translateLegacyArguments(std::move(arguments));
   if (!arguments.empty()) arguments.erase(arguments.begin());
   if (arguments.size() == 1 && arguments.front() == "--help") {
-    writeTo(stdout, helpText());
+    writeTo(stdout, iconwright::escapedForTerminal(helpText()));
     return 0;
   }
   if (arguments.size() == 1 && arguments.front() == "--version") {
@@ -53,7 +56,7 @@ int run(std::vector<std::string> arguments) {
   const auto command = ToolCommandRegistry::shared().command(arguments);
   command->run();
   const std::string output = command->consoleOutput();
-  if (!output.empty()) command->effectiveOutputFileHandle()->write(output);
+  if (!output.empty()) command->effectiveOutputFileHandle()->write(iconwright::escapedJSONForTerminal(output));
   return 0;
 }
 
@@ -62,13 +65,16 @@ int run(std::vector<std::string> arguments) {
 int main(int argc, char** argv) {
   try {
     return run(std::vector<std::string>(argv, argv + argc));
+  } catch (const std::bad_alloc&) {
+    writeTo(stderr, "error: Not enough memory\n");
+    return 1;
   } catch (const std::exception& error) {
     std::string message = error.what();
     // One line, whatever the message holds.
     for (char& c : message) {
       if (c == '\n' || c == '\r') c = ' ';
     }
-    writeTo(stderr, "error: " + message + "\n");
+    writeTo(stderr, "error: " + iconwright::escapedForTerminal(message) + "\n");
     return 1;
   }
 }

@@ -75,6 +75,7 @@ bool Parser::take(Punctuation mark) {
 
 std::optional<Arithmetic::Literal> Arithmetic::Literal::parse(Parser& parser) {
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   const std::size_t start = parser.position;
   if (auto lexeme = parser.next()) {
     if (auto text = lexeme->numberText()) {
@@ -87,6 +88,7 @@ std::optional<Arithmetic::Literal> Arithmetic::Literal::parse(Parser& parser) {
 
 std::optional<Arithmetic::Parenthesized> Arithmetic::Parenthesized::parse(Parser& parser) {
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   const std::size_t start = parser.position;
   if (parser.take(Punctuation::openParen)) {
     if (auto body = Expression::parse(parser); body && parser.take(Punctuation::closeParen)) {
@@ -99,6 +101,7 @@ std::optional<Arithmetic::Parenthesized> Arithmetic::Parenthesized::parse(Parser
 
 std::optional<Arithmetic::UnaryOperation> Arithmetic::UnaryOperation::parse(Parser& parser) {
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   const std::size_t start = parser.position;
   const auto sign = [&]() -> std::optional<Operator> {
     if (parser.take(Punctuation::plus)) return Operator::plus;
@@ -116,6 +119,7 @@ std::optional<Arithmetic::UnaryOperation> Arithmetic::UnaryOperation::parse(Pars
 
 std::optional<Arithmetic::BinaryOperation> Arithmetic::BinaryOperation::parse(Parser& parser) {
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   const std::size_t start = parser.position;
   if (auto lhs = Expression::parsePrimary(parser)) {
     if (auto operation = parseRest(parser, *lhs)) return operation;
@@ -126,6 +130,7 @@ std::optional<Arithmetic::BinaryOperation> Arithmetic::BinaryOperation::parse(Pa
 
 std::optional<Expression> Expression::parsePrimary(Parser& parser) {
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   if (auto literal = Literal::parse(parser)) return Expression::literal(*literal);
   if (auto body = Parenthesized::parse(parser)) return Expression::parenthesized(std::move(*body));
   if (auto unary = UnaryOperation::parse(parser)) return Expression::unaryOperation(std::move(*unary));
@@ -137,6 +142,7 @@ std::optional<Expression> Expression::parseBinary(Parser& parser) {
   // once and kept when no operator and binary follow it. Parsing it again would make nested
   // parentheses cost twice as much per level.
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   auto lhs = parsePrimary(parser);
   if (!lhs) return std::nullopt;
   if (auto operation = parseRest(parser, *lhs)) return Expression::binaryOperation(std::move(*operation));
@@ -146,6 +152,7 @@ std::optional<Expression> Expression::parseBinary(Parser& parser) {
 std::optional<Expression> Expression::parse(Parser& parser) {
   // The binary rule ends in primary, so where it fails primary fails too.
   const ArithmeticDepth attempt(parser.depth);
+  if (attempt.tooDeep()) return std::nullopt;
   return parseBinary(parser);
 }
 

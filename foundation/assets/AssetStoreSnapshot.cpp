@@ -52,13 +52,10 @@ std::vector<const LanguageID*> languagesInByteOrder(const AssetStore::DataByLang
   return languageIDs;
 }
 
-AssetData dataOf(const FileWrapper& file) {
-  return AssetData(file.regularFileContents());
-}
+// Both share the one buffer of the bytes.
+AssetData dataOf(const FileWrapper& file) { return AssetData(file.sharedRegularFileContents()); }
 
-FileWrapper wrapperOf(const AssetData& data) {
-  return FileWrapper::regularFile(data.bytes());
-}
+FileWrapper wrapperOf(const AssetData& data) { return FileWrapper::regularFile(data.sharedBytes()); }
 
 }  // namespace
 
@@ -114,10 +111,13 @@ AssetStore::Snapshot AssetStore::Snapshot::fromSerialization(const FileWrapper& 
       if (!languageID || !isSafeFileName(languageID->localeID())) continue;
       DataByName& files = variantData[*languageID];
       for (const auto& [fileName, file] : child.fileWrappers()) {
-        if (file.isRegularFile()) files.insert_or_assign(AssetName(fileName), dataOf(file));
+        // A file whose contents can't be had leaves no entry.
+        if (file.isRegularFile() && file.hasRegularFileContents()) {
+          files.insert_or_assign(AssetName(fileName), dataOf(file));
+        }
       }
       folders.emplace_back(name, std::move(*languageID));
-    } else if (child.isRegularFile()) {
+    } else if (child.isRegularFile() && child.hasRegularFileContents()) {
       baseData.insert_or_assign(AssetName(name), dataOf(child));
     }
   }

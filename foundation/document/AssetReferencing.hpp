@@ -47,10 +47,10 @@ void collectAssetReferences(const std::map<Key, T, Rest...>& values, AssetRefere
 template <class Key, class T, class... Rest>
 void updateAssetReferences(std::map<Key, T, Rest...>& values, const AssetRenames& renames);
 
-/// Every override's value; the default value is fixed by the declaration and never names an asset.
+/// The base (default) value and every override's value.
 template <class T>
 void collectAssetReferences(const SpecializableProperty<T>& property, AssetReferenceSet& references);
-/// Rewrites every override's value; the slots and the default value stay.
+/// Rewrites the base (default) value and every override's value; the slots stay.
 template <class T>
 void updateAssetReferences(SpecializableProperty<T>& property, const AssetRenames& renames);
 
@@ -104,13 +104,16 @@ void updateAssetReferences(std::map<Key, T, Rest...>& values, const AssetRenames
 
 template <class T>
 void collectAssetReferences(const SpecializableProperty<T>& property, AssetReferenceSet& references) {
+  collectAssetReferences(property.defaultValue(), references);
   for (const auto& specialization : property.specializations()) collectAssetReferences(specialization.value, references);
 }
 template <class T>
 void updateAssetReferences(SpecializableProperty<T>& property, const AssetRenames& renames) {
   auto specializations = property.specializations();
   for (auto& specialization : specializations) updateAssetReferences(specialization.value, renames);
-  property = SpecializableProperty<T>(std::move(specializations), property.defaultValue());
+  T defaultValue = property.defaultValue();
+  updateAssetReferences(defaultValue, renames);
+  property = SpecializableProperty<T>(std::move(specializations), std::move(defaultValue));
 }
 
 template <class Member>

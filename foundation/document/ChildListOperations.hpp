@@ -37,6 +37,27 @@ void insertChild(Parent& parent, const std::shared_ptr<Child>& child, std::size_
   }
 }
 
+// The same for a list of children at once: the list is copied and stored once, so that
+// building a parent of n children costs O(n), not O(n²).
+template <class Parent, class Child>
+void insertChildren(Parent& parent, const std::vector<std::shared_ptr<Child>>& incoming, std::size_t index) {
+  using Links = ChildLinks<Parent, Child>;
+  if (incoming.empty()) return;
+  auto children = Links::children(parent);
+  ICONWRIGHT_PRECONDITION(index <= children.size(), Links::source, "Index out of range");
+  children.insert(children.begin() + static_cast<std::ptrdiff_t>(index), incoming.begin(), incoming.end());
+  const auto self = std::static_pointer_cast<Parent>(parent.shared_from_this());
+  Links::storeChildren(parent, std::move(children));
+  const auto document = parent.document();
+  for (const auto& child : incoming) {
+    Links::setParent(*child, self);
+    if (document) {
+      parent.attachDocumentAssociation(*child);
+      document->recordChange(nullptr, [self, child] { self->remove(child); });
+    }
+  }
+}
+
 template <class Parent, class Child>
 void removeChildren(Parent& parent, const std::vector<std::shared_ptr<Child>>& removed) {
   using Links = ChildLinks<Parent, Child>;

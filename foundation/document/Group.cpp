@@ -47,7 +47,10 @@ void Group::insert(std::shared_ptr<Layer> layer, std::size_t index) {
 }
 
 void Group::insert(const Layers& layers, std::size_t index) {
-  for (const auto& layer : layers) insert(layer, index++);
+  for (const auto& layer : layers) {
+    if (layer->group()) assertionReport("IconComposition.Group", 118, "Layer is already in another group");
+  }
+  detail::insertChildren(*this, layers, index);
 }
 
 void Group::remove(const Layers& layers) { detail::removeChildren(*this, layers); }

@@ -49,7 +49,12 @@ void IconComposition::insert(std::shared_ptr<Group> group, std::size_t index) {
 }
 
 void IconComposition::insert(const Groups& groups, std::size_t index) {
-  for (const auto& group : groups) insert(group, index++);
+  // The delegate hears of each group after that group's own undo step.
+  if (delegate_) {
+    for (const auto& group : groups) insert(group, index++);
+    return;
+  }
+  detail::insertChildren(*this, groups, index);
 }
 
 void IconComposition::remove(const Groups& groups) { detail::removeChildren(*this, groups); }

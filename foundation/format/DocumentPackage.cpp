@@ -17,6 +17,14 @@ constexpr std::string_view assetsDirectoryName = "Assets";
 
 }  // namespace
 
+FileWrapper readDocumentPackage(const FilePath& path) {
+  FileWrapper::ReadingOptions options;
+  // The package root, "Assets", and its language folders; what lies deeper is never used.
+  options.maximumDepth = 2;
+  options.rootEntryNames = {std::string(manifestFileName), std::string(assetsDirectoryName)};
+  return FileWrapper::read(path, options);
+}
+
 std::string IconComposition::Snapshot::manifestData() const {
   return writeJSON(jsonContent().encodeJSON(), JSONWritingOptions::manifest());
 }
@@ -39,7 +47,9 @@ FileWrapper IconComposition::Snapshot::serialize() const {
 IconComposition::Snapshot IconComposition::Snapshot::fromSerialization(const FileWrapper& wrapper) {
   const FileWrapper* manifest = wrapper.isDirectory() ? wrapper.fileWrapper(manifestFileName) : nullptr;
   if (manifest == nullptr) throw MessageError("Missing required “icon.json” file.");
-  if (!manifest->isRegularFile()) throw MessageError("The “icon.json” entry must be a regular file.");
+  if (!manifest->isRegularFile() || !manifest->hasRegularFileContents()) {
+    throw MessageError("The “icon.json” entry must be a regular file.");
+  }
   const auto& bytes = manifest->regularFileContents();
   const JSONValue json = parseJSON(std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
   JSONContent content = JSONContent::decodeJSON(Decoder(json));

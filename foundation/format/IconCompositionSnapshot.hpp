@@ -105,12 +105,18 @@ template <Snapshotable T>
   return T::create(T::Snapshot::fromSerialization(wrapper));
 }
 
+/// Reads what a document package needs of the directory at `path`: "icon.json" and the
+/// "Assets" tree down to the files of its language folders, never following a link nor
+/// opening a special file; files over FileWrapper::defaultMaximumFileSize, or that can't be
+/// read, have no contents. Throws FileSystemError when the directory can't be read.
+[[nodiscard]] FileWrapper readDocumentPackage(const FilePath& path);
+
 /// Reads the package at `path` (throws FileSystemError when it can't be read), then as
 /// createFromFileWrapper.
 template <Snapshotable T>
   requires FileWrapperSnapshot<typename T::Snapshot>
 [[nodiscard]] std::shared_ptr<T> createFromFilePath(const FilePath& path) {
-  return createFromFileWrapper<T>(FileWrapper::read(path));
+  return createFromFileWrapper<T>(readDocumentPackage(path));
 }
 
 /// A relative path is taken from the current directory.

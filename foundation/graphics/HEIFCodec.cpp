@@ -44,6 +44,8 @@ std::optional<Image> decodeHEIF(std::span<const std::uint8_t> bytes) {
   if (bytes.size() > std::size_t(INT32_MAX)) return std::nullopt;
   if (heif_check_filetype(bytes.data(), int(bytes.size())) != heif_filetype_yes_supported)
     return std::nullopt;
+  // libheif decodes derived images recursively and would never return from a cycle.
+  if (!hasSafeImageDerivations(bytes)) return std::nullopt;
   std::unique_ptr<heif_context, ContextDeleter> context(heif_context_alloc());
   if (!context) return std::nullopt;
   heif_context_set_maximum_image_size_limit(context.get(), int(Image::maximumDimension));

@@ -22,6 +22,10 @@ namespace iconwright::codecs {
 /// HEIC, HEIF and AVIF.
 [[nodiscard]] std::optional<Image> decodeHEIF(std::span<const std::uint8_t> bytes);
 
+/// False when the HEIF file's derived images ("dimg" references of grids and overlays)
+/// form a cycle or a chain deeper than any real file holds, or its boxes are malformed.
+[[nodiscard]] bool hasSafeImageDerivations(std::span<const std::uint8_t> file);
+
 /// Straight-alpha RGBA (R, G, B, A bytes) becomes premultiplied BGRA, in place.
 void premultiplyRGBAToBGRA(std::span<std::uint8_t> pixels);
 /// Straight-alpha BGRA becomes premultiplied BGRA, in place.

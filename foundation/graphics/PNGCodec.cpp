@@ -97,6 +97,23 @@ std::optional<std::vector<std::uint8_t>> encode(std::span<const std::uint8_t> ro
   return result;
 }
 
+/// Whether `fileSize` bytes can hold the image data the header announces. Deflate expands
+/// by at most 1032 to 1, so a header claiming more filtered scan-line bytes than that is a
+/// lie, and the pixels are never allocated for it.
+bool fillableBy(const spng_ihdr& ihdr, std::size_t fileSize) {
+  unsigned channels = 1;
+  switch (ihdr.color_type) {
+    case SPNG_COLOR_TYPE_TRUECOLOR: channels = 3; break;
+    case SPNG_COLOR_TYPE_GRAYSCALE_ALPHA: channels = 2; break;
+    case SPNG_COLOR_TYPE_TRUECOLOR_ALPHA: channels = 4; break;
+    default: break;
+  }
+  const std::uint64_t rowBytes = (std::uint64_t(ihdr.width) * channels * ihdr.bit_depth + 7) / 8;
+  const std::uint64_t filtered = (rowBytes + 1) * std::uint64_t(ihdr.height);
+  constexpr std::uint64_t maximumDeflateRatio = 1032;
+  return filtered <= std::uint64_t(fileSize) * maximumDeflateRatio;
+}
+
 }  // namespace
 
 namespace codecs {
@@ -111,6 +128,7 @@ std::optional<Image> decodePNG(std::span<const std::uint8_t> bytes) {
   spng_ihdr ihdr{};
   if (spng_get_ihdr(ctx.get(), &ihdr) != 0) return std::nullopt;
   if (!Image::isAcceptableSize(ihdr.width, ihdr.height)) return std::nullopt;
+  if (!fillableBy(ihdr, bytes.size())) return std::nullopt;
 
   const bool gray = ihdr.color_type == SPNG_COLOR_TYPE_GRAYSCALE ||
                     ihdr.color_type == SPNG_COLOR_TYPE_GRAYSCALE_ALPHA;

@@ -1,5 +1,6 @@
 #include "foundation/json/JSONReader.hpp"
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 #include <string>
@@ -10,6 +11,63 @@
 namespace iconwright {
 
 namespace {
+
+/// The parser's explanation in plain words, without its own codes and quotations.
+std::string plainReason(std::string_view message) {
+  struct Rule {
+    std::string_view found;
+    std::string_view reason;
+  };
+  // What the lexer found wrong in a token, then what the parser expected instead of a token.
+  static constexpr Rule lexical[] = {
+      {"unexpected end of input", "unexpected end of data"},
+      {"ill-formed UTF-8", "invalid UTF-8 in a string"},
+      {"control character", "unescaped control character in a string"},
+      {"surrogate", "invalid Unicode escape in a string"},
+      {"must be followed by 4 hex digits", "invalid Unicode escape in a string"},
+      {"forbidden character after backslash", "invalid escape sequence in a string"},
+      {"missing closing quote", "unterminated string"},
+      {"number overflow", "number out of range"},
+      {"invalid number", "invalid number"},
+      {"invalid literal", "invalid literal"},
+  };
+  static constexpr Rule expectations[] = {
+      {"end of input", "unexpected text after the JSON value"},
+      {"':'", "expected “:” after an object key"},
+      {"string literal", "expected an object key in quotes"},
+      {"'}'", "expected “,” or “}” in an object"},
+      {"']'", "expected “,” or “]” in an array"},
+  };
+  for (const auto& rule : lexical) {
+    if (message.find(rule.found) != std::string_view::npos) return std::string(rule.reason);
+  }
+  if (const auto mark = message.find("; expected "); mark != std::string_view::npos) {
+    const std::string_view expected = message.substr(mark + 11);
+    for (const auto& rule : expectations) {
+      if (expected.starts_with(rule.found)) return std::string(rule.reason);
+    }
+  }
+  return "unexpected character";
+}
+
+/// "The given data was not valid JSON (<reason> at line L, column C)." for the byte count
+/// `position` that the parser had read when it failed (1 for the first byte).
+DecodingError invalidJSONAt(const std::string& reason, std::size_t position, std::string_view text) {
+  const std::size_t offset = std::min(position == 0 ? 0 : position - 1, text.size());
+  std::size_t line = 1;
+  std::size_t column = 1;
+  for (std::size_t i = 0; i < offset; ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte == '\n') {
+      ++line;
+      column = 1;
+    } else if ((byte & 0xC0) != 0x80) {
+      ++column;  // characters, not bytes
+    }
+  }
+  const std::string where = " at line " + std::to_string(line) + ", column " + std::to_string(column);
+  return DecodingError(DecodingError::Kind::dataCorrupted, {}, "The given data was not valid JSON (" + reason + where + ")");
+}
 
 // Builds the tree directly from the parser's events, so no intermediate document is made.
 class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
@@ -34,12 +92,21 @@ class TreeBuilder : public nlohmann::json_sax<nlohmann::json> {
   bool end_object() override { return close(); }
   bool start_array(std::size_t) override { return open(JSONValue::emptyArray()); }
   bool end_array() override { return close(); }
-  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) override {
-    throw DecodingError(DecodingError::Kind::dataCorrupted, {},
-                        std::string("The given data was not valid JSON (") + error.what() + ")");
+  bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception& error) override {
+    throw invalidJSON(plainReason(error.what()), position);
   }
 
+  /// The text being parsed, for the line and column of an error.
+  std::string_view text;
+
   JSONValue take() { return std::move(root_); }
+
+ private:
+  DecodingError invalidJSON(const std::string& reason, std::size_t position) const {
+    return invalidJSONAt(reason, position, text);
+  }
+
+ public:
 
  private:
   bool add(JSONValue value) {
@@ -121,13 +188,16 @@ JSONValue parseJSON(std::string_view text) {
   const auto respelled = spellingNegativeZeroAsDouble(text);
   if (respelled) text = *respelled;
   TreeBuilder builder;
+  builder.text = text;
   try {
     nlohmann::json::sax_parse(text.begin(), text.end(), &builder);
   } catch (const DecodingError&) {
     throw;
+  } catch (const nlohmann::json::parse_error& error) {
+    throw invalidJSONAt(plainReason(error.what()), error.byte, text);
   } catch (const nlohmann::json::exception& error) {
     throw DecodingError(DecodingError::Kind::dataCorrupted, {},
-                        std::string("The given data was not valid JSON (") + error.what() + ")");
+                        "The given data was not valid JSON (" + plainReason(error.what()) + ")");
   }
   return builder.take();
 }

@@ -1,6 +1,7 @@
 #include "foundation/platforms/Localization.hpp"
 
 #include <unicode/locid.h>
+#include <unicode/uchar.h>
 #include <unicode/uloc.h>
 #include <unicode/unistr.h>
 
@@ -69,8 +70,17 @@ std::string Localization::LanguageID::displayName(std::string_view displayLocale
   if (localeID_.empty()) return localeID_;
   const icu::Locale locale = makeLocale(localeID_);
   if (locale.isBogus()) return localeID_;
+  const icu::Locale displayLocale = makeLocale(displayLocaleID);
+  // ICU echoes a language it has no name for, lower-cased ("Base" gives "base"): such an
+  // identifier is shown as it is.
+  icu::UnicodeString language;
+  locale.getDisplayLanguage(displayLocale, language);
+  if (language.isBogus() || language.isEmpty() ||
+      language.caseCompare(icu::UnicodeString::fromUTF8(locale.getLanguage()), U_FOLD_CASE_DEFAULT) == 0) {
+    return localeID_;
+  }
   icu::UnicodeString name;
-  locale.getDisplayName(makeLocale(displayLocaleID), name);
+  locale.getDisplayName(displayLocale, name);
   if (name.isBogus() || name.isEmpty()) return localeID_;
   std::string result;
   name.toUTF8String(result);

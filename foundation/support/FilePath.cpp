@@ -263,11 +263,11 @@ void writeData(std::span<const std::uint8_t> data, const FilePath& path, DataWri
     return;
   }
   std::string temporary = stringByAppendingPathComponent(stringByDeletingLastPathComponent(destination),
-                                                         "." + path.lastPathComponent() + ".XXXXXX");
+                                                         ".iw-XXXXXX");
   const int descriptor = ::mkstemp(temporary.data());
   if (descriptor < 0) failWithErrno(destination, errno);
   try {
-    writeAll(descriptor, data, temporary);
+    writeAll(descriptor, data, destination);  // messages name the destination, not the temporary file
     ::fchmod(descriptor, 0644);
   } catch (...) {
     ::close(descriptor);

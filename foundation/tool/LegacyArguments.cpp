@@ -1,10 +1,12 @@
 // The older positional command lines, rewritten into the named form. The table is the
 // program's behaviour and stays as it is, quirks included: from 13 entries on the tint
-// strength and the entries before the output file are dropped.
+// strength and the entries before the output file are dropped. One departure: an
+// intermediary line that stops right after "fully-specialize-for" is refused as a missing
+// platform value instead of stopping the process.
 #include <string>
 #include <vector>
 
-#include "foundation/support/Assertions.hpp"
+#include "foundation/support/MessageError.hpp"
 #include "foundation/tool/ToolCommand.hpp"
 
 namespace iconwright {
@@ -15,8 +17,7 @@ std::vector<std::string> ToolCommand::translateLegacyArguments(std::vector<std::
 
   if (a[2] == "--export-build-intermediary") {
     if (n < 4 || a[3] != "fully-specialize-for") return a;
-    // The directory flag goes in at index 5, past the end of a four-entry line.
-    if (n == 4) ICONWRIGHT_FATAL("ToolCommand", "Array index is out of range");
+    if (n == 4) throw MessageError("Missing required value for “platform” argument");
     std::vector<std::string> result{a[0], a[1], "--export-intermediate-representation", "--platform", a[4],
                                     "--output-directory"};
     result.insert(result.end(), a.begin() + 5, a.end());

@@ -1,12 +1,14 @@
 #include "foundation/tool/ToolCommand.hpp"
 
 #include <filesystem>
+#include <optional>
 #include <system_error>
 
 #include "foundation/json/JSONWriter.hpp"
 #include "foundation/support/Assertions.hpp"
 #include "foundation/support/MessageError.hpp"
 #include "foundation/support/TextCase.hpp"
+#include "foundation/tool/OutputPaths.hpp"
 
 namespace iconwright {
 
@@ -51,6 +53,7 @@ std::string ToolCommand::consoleOutput() const {
 }
 
 void ToolCommand::prepareToOverwrite(const FilePath& path) const {
+  requireSafeOutputPath(path, arguments().inputDocumentPath);
   createParentDirectoryQuietly(path);
   std::error_code error;
   std::filesystem::remove_all(path.absolutePath(), error);
@@ -60,8 +63,11 @@ void ToolCommand::prepareToOverwrite(const FilePath& path) const {
 
 void ToolCommand::overwrite(const FilePath& outputPath, const FileWrapper& fileWrapper,
                             bool creatingIntermediateDirectories) const {
-  if (creatingIntermediateDirectories) createParentDirectoryQuietly(outputPath);
+  requireSafeOutputPath(outputPath, arguments().inputDocumentPath);
+  std::optional<IntermediateDirectories> parents;
+  if (creatingIntermediateDirectories) parents.emplace(outputPath);
   fileWrapper.writeReplacing(outputPath);
+  if (parents) parents->keep();
 }
 
 std::string ToolCommand::commandName() const {

@@ -98,12 +98,16 @@ class ToolCommand {
   /// slashes, and a final line feed; empty when there is nothing to write.
   [[nodiscard]] virtual std::string consoleOutput() const;
 
-  /// Creates the parent directory of `path` (failure ignored) and removes whatever stands
+  /// Refuses a destination that the output rules forbid (OutputPaths.hpp: the input's
+  /// ancestor, a place inside the input, the current directory) with MessageError, then
+  /// creates the parent directory of `path` (failure ignored) and removes whatever stands
   /// at `path` (a missing item is fine). Throws FileSystemError.
   virtual void prepareToOverwrite(const FilePath& path) const;
-  /// Puts `fileWrapper` at `outputPath`, creating the parent directories first when asked
-  /// (failure ignored). The old item is replaced only once the new tree has been written in
-  /// full beside it, so a failed write leaves it untouched. Throws FileSystemError.
+  /// Puts `fileWrapper` at `outputPath`, after the same refusals as prepareToOverwrite,
+  /// creating the parent directories first when asked (failure ignored; those made are
+  /// removed again when the write fails). The old item is replaced only once the new tree
+  /// has been written in full beside it, so a failed write leaves it untouched. Throws
+  /// FileSystemError, or MessageError as FileWrapper::writeReplacing says.
   virtual void overwrite(const FilePath& outputPath, const FileWrapper& fileWrapper,
                          bool creatingIntermediateDirectories) const;
 
@@ -113,7 +117,9 @@ class ToolCommand {
   [[nodiscard]] virtual std::string commandName() const;
 
   /// Rewrites the older positional command lines (whole argv, executable path included)
-  /// into the named form; anything else is returned unchanged.
+  /// into the named form; anything else is returned unchanged. An intermediary line that
+  /// ends right after "fully-specialize-for" throws MessageError "Missing required value
+  /// for “platform” argument".
   [[nodiscard]] static std::vector<std::string> translateLegacyArguments(std::vector<std::string> arguments);
 
  private:

@@ -114,14 +114,24 @@ std::optional<double> ToolCommandArguments::optionalDouble(std::string_view name
 
 double ToolCommandArguments::requiredDouble(std::string_view name) const { return doubleValue(requiredArgument(name)); }
 
+namespace {
+
+// An empty text would name the current directory itself.
+FilePath nonEmptyFilePath(std::string_view name, const std::string& value) {
+  if (value.empty()) throw MessageError("Empty path for " + iconwright::quoted(name) + " argument");
+  return makeAbsoluteFilePath(value);
+}
+
+}  // namespace
+
 std::optional<FilePath> ToolCommandArguments::optionalFilePath(std::string_view name) const {
   const auto value = optionalArgument(name);
   if (!value) return std::nullopt;
-  return makeAbsoluteFilePath(*value);
+  return nonEmptyFilePath(name, *value);
 }
 
 FilePath ToolCommandArguments::requiredFilePath(std::string_view name) const {
-  return makeAbsoluteFilePath(requiredArgument(name));
+  return nonEmptyFilePath(name, requiredArgument(name));
 }
 
 std::optional<FilePath> ToolCommandArguments::optionalOutputFilePath() const { return optionalFilePath("output-file"); }

@@ -53,7 +53,8 @@ struct ToolCommandArguments {
   [[nodiscard]] std::int64_t requiredInteger(std::string_view name) const;
   [[nodiscard]] std::optional<double> optionalDouble(std::string_view name) const;
   [[nodiscard]] double requiredDouble(std::string_view name) const;
-  /// Relative paths are taken from the current directory.
+  /// Relative paths are taken from the current directory. An empty text throws
+  /// MessageError "Empty path for “name” argument".
   [[nodiscard]] std::optional<FilePath> optionalFilePath(std::string_view name) const;
   [[nodiscard]] FilePath requiredFilePath(std::string_view name) const;
   /// "output-file".

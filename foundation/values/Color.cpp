@@ -1,6 +1,7 @@
 #include "foundation/values/Color.hpp"
 
 #include <cctype>
+#include <charconv>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -43,7 +44,8 @@ std::string_view spaceWord(Color::Kind kind) {
 /// The whole text as a double in the C locale: no blanks around it, nothing after it.
 /// Takes what strtod takes: decimal and hexadecimal forms, "inf", "infinity" and "nan".
 std::optional<double> strictDouble(const std::string& text) {
-  if (text.empty() || std::isspace(static_cast<unsigned char>(text.front()))) return std::nullopt;
+  // The C locale's blanks, whatever locale the process has chosen.
+  if (text.empty() || std::string_view(" \t\n\v\f\r").find(text.front()) != std::string_view::npos) return std::nullopt;
   static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", locale_t{});
   char* end = nullptr;
   const double value = strtod_l(text.c_str(), &end, cLocale);
@@ -153,9 +155,10 @@ std::string Color::stringRepresentation() const {
   text += ':';
   for (std::size_t i = 0; i < numbers.components.size(); ++i) {
     if (i > 0) text += ',';
+    // Five digits after the point, as "%0.5f" in the C locale, whatever locale the process uses.
     char buffer[512];
-    std::snprintf(buffer, sizeof buffer, "%0.5f", numbers.components[i]);
-    text += buffer;
+    const auto written = std::to_chars(buffer, buffer + sizeof buffer, numbers.components[i], std::chars_format::fixed, 5);
+    text.append(buffer, written.ptr);
   }
   return text;
 }

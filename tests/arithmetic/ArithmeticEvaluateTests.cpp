@@ -156,3 +156,22 @@ TEST(Arithmetic, SettingTheFormattedTextEvaluatesAgainstTheValue) {
 
 }  // namespace
 }  // namespace iconwright
+
+namespace iconwright {
+namespace {
+
+TEST(Arithmetic, NestingIsBoundedAndDeeperTextsHaveNoValue) {
+  const auto nested = [](std::size_t levels) { return std::string(levels, '(') + "2" + std::string(levels, ')'); };
+  EXPECT_EQ(Arithmetic::evaluate(nested(400)), 2.0);
+  EXPECT_EQ(Arithmetic::evaluate(nested(5000)), std::nullopt);
+  EXPECT_EQ(Arithmetic::evaluate("-" + nested(400)), -2.0);
+  std::string sum = "1";
+  for (int i = 0; i < 1000; ++i) sum += "+1";
+  EXPECT_EQ(Arithmetic::evaluate(sum), 1001.0);
+  for (int i = 0; i < 20000; ++i) sum += "+1";
+  EXPECT_EQ(Arithmetic::evaluate(sum), std::nullopt);
+  EXPECT_EQ(Arithmetic::evaluate("*" + nested(5000), 3), std::nullopt);
+}
+
+}  // namespace
+}  // namespace iconwright

@@ -314,3 +314,27 @@ TEST(IconCompositionProperties, InferenceSeesOverridesAnywhereInTheTree) {
 
 }  // namespace
 }  // namespace iconwright
+
+namespace iconwright {
+namespace {
+
+TEST(AssetReferencesOfBaseValues, TheBaseValueIsCollectedAndRenamed) {
+  // A property whose base value itself names an asset, with and without overrides.
+  auto plain = Layer::create();
+  plain->setImageName(SpecializableProperty<Layer::ImageName>(AssetName("a.png")));
+  auto overridden = Layer::create();
+  overridden->setImageName(SpecializableProperty<Layer::ImageName>(
+      {{SpecializationSlot::dark, AssetName("b.png")}}, AssetName("a.png")));
+  auto composition = IconComposition::create({Group::create("G", {plain, overridden})});
+
+  EXPECT_EQ(plain->assetReferences(), AssetReferenceSet{AssetName("a.png")});
+  EXPECT_EQ(composition->assetReferences(), (AssetReferenceSet{AssetName("a.png"), AssetName("b.png")}));
+
+  composition->updateAssetReferences({{AssetName("a.png"), AssetName("a 2.png")}});
+  EXPECT_EQ(plain->imageName().defaultValue(), AssetName("a 2.png"));
+  EXPECT_EQ(overridden->imageName().defaultValue(), AssetName("a 2.png"));
+  EXPECT_EQ(overridden->imageName().explicitValue(SpecializationSlot::dark), AssetName("b.png"));
+}
+
+}  // namespace
+}  // namespace iconwright

@@ -73,6 +73,11 @@ TEST(LanguageID, DisplayNames) {
   EXPECT_EQ(LanguageID("zh-Hans").displayName("en"), "Chinese (Simplified)");
   EXPECT_EQ(LanguageID("de").displayName("de"), "Deutsch");
   EXPECT_EQ(LanguageID("").displayName("en"), "");
+  // Identifiers the locale system cannot name stand for themselves, not lower-cased.
+  for (const char* unnamed : {"Base", "Klingon", "xx", "Qaa_ZZ"}) {
+    SCOPED_TRACE(unnamed);
+    EXPECT_EQ(LanguageID(unnamed).displayName("en"), unnamed);
+  }
   // The current locale's name is one the locale system gives, never a made-up text.
   EXPECT_EQ(LanguageID("fr").displayName(), LanguageID("fr").displayName(currentLocaleIdentifier()));
 }

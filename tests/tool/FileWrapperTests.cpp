@@ -1,6 +1,7 @@
 #include "foundation/format/FileWrapper.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "foundation/support/MessageError.hpp"
 #include "tests/common/TestSupport.hpp"
@@ -47,15 +48,45 @@ TEST(FileWrapper, EditingChildren) {
   }
 }
 
-TEST(FileWrapper, ReadingFollowsLinksButNotInCircles) {
+TEST(FileWrapper, ReadingSkipsLinksAndSpecialFilesBelowTheRoot) {
   testing::TemporaryDirectory directory;
   testing::writeFile(directory.path() / "tree/file.txt", "text");
+  testing::writeFile(directory.path() / "outside.txt", "secret");
   std::filesystem::create_symlink("file.txt", directory.path() / "tree/link.txt");
-  const auto tree = FilePath::make((directory.path() / "tree").string());
-  EXPECT_EQ(FileWrapper::read(tree).fileWrapper("link.txt")->regularFileContents(), (FileWrapper::Contents{'t', 'e', 'x', 't'}));
-
+  std::filesystem::create_symlink("../outside.txt", directory.path() / "tree/out.txt");
+  std::filesystem::create_symlink("missing", directory.path() / "tree/dangling");
+  std::filesystem::create_symlink("loop", directory.path() / "tree/loop");
   std::filesystem::create_directory_symlink("..", directory.path() / "tree/up");
-  EXPECT_THROW((void)FileWrapper::read(tree), FileSystemError);
+  ASSERT_EQ(::mkfifo((directory.path() / "tree/fifo").c_str(), 0644), 0);
+  const auto tree = FilePath::make((directory.path() / "tree").string());
+  const FileWrapper read = FileWrapper::read(tree);
+  EXPECT_EQ(read, FileWrapper::directory({{"file.txt", FileWrapper::regularFile("text")}}));
+
+  // The root itself may be a link.
+  std::filesystem::create_directory_symlink("tree", directory.path() / "alias");
+  EXPECT_EQ(FileWrapper::read(FilePath::make((directory.path() / "alias").string())), read);
+  EXPECT_THROW((void)FileWrapper::read(tree.appendingPathComponent("fifo")), FileSystemError);
+}
+
+TEST(FileWrapper, ReadingLimitsSizeDepthAndRootEntries) {
+  testing::TemporaryDirectory directory;
+  testing::writeFile(directory.path() / "tree/small", "1234");
+  testing::writeFile(directory.path() / "tree/large", std::string(100, 'x'));
+  testing::writeFile(directory.path() / "tree/a/b/deep", "d");
+  const auto tree = FilePath::make((directory.path() / "tree").string());
+
+  FileWrapper::ReadingOptions options;
+  options.maximumFileSize = 10;
+  options.maximumDepth = 1;
+  const FileWrapper read = FileWrapper::read(tree, options);
+  EXPECT_TRUE(read.fileWrapper("small")->hasRegularFileContents());
+  ASSERT_NE(read.fileWrapper("large"), nullptr);
+  EXPECT_TRUE(read.fileWrapper("large")->isRegularFile());
+  EXPECT_FALSE(read.fileWrapper("large")->hasRegularFileContents());
+  EXPECT_EQ(read.fileWrapper("a")->fileWrappers().size(), 0u);
+
+  options.rootEntryNames = {"small", "missing"};
+  EXPECT_EQ(FileWrapper::read(tree, options), FileWrapper::directory({{"small", FileWrapper::regularFile("1234")}}));
 }
 
 TEST(FileWrapper, FailedWritesLeaveNothingBehind) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include "foundation/support/MessageError.hpp"
 #include "foundation/tool/ToolCommand.hpp"
+#include "tests/common/TestSupport.hpp"
 
 namespace iconwright {
 namespace {
@@ -58,9 +60,10 @@ TEST(ToolCommand, TranslatesLegacyArguments) {
   }
 }
 
-TEST(ToolCommandDeathTest, LegacyIntermediaryWithFourEntriesStops) {
-  EXPECT_DEATH((void)ToolCommand::translateLegacyArguments({"tool", "doc", "--export-build-intermediary", "fully-specialize-for"}),
-               "IconwrightFoundation/ToolCommand:[0-9]+: Assertion Failure: Array index is out of range");
+TEST(ToolCommand, LegacyIntermediaryWithoutPlatformIsRefused) {
+  EXPECT_THROW_MESSAGE(
+      (void)ToolCommand::translateLegacyArguments({"tool", "doc", "--export-build-intermediary", "fully-specialize-for"}),
+      MessageError, "Missing required value for \u201Cplatform\u201D argument");
 }
 
 }  // namespace

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
 #include <unordered_set>
 
 #include "foundation/json/JSONReader.hpp"
@@ -254,6 +257,50 @@ TEST(Color, EqualityAndHashingAreExactAndPerSpace) {
   components.g() = 0.7;
   EXPECT_EQ(components.green, 0.7);
   EXPECT_EQ(RGBAComponents::fromComponents(components.components()), components);
+}
+
+}  // namespace
+}  // namespace iconwright
+
+namespace iconwright {
+namespace {
+
+// Sets the process locale to one that writes numbers with a decimal comma, generating it
+// into a scratch folder when the machine has none; restores the C locale when done.
+class CommaLocale {
+ public:
+  CommaLocale() {
+    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8"}) {
+      if (std::setlocale(LC_ALL, name) != nullptr) return;
+    }
+    const std::string target = (scratch_.path() / "de_DE.UTF-8").string();
+    const std::string command = "localedef -i de_DE -f UTF-8 '" + target + "' >/dev/null 2>&1";
+    if (std::system(command.c_str()) != 0) return;
+    ::setenv("LOCPATH", scratch_.path().c_str(), 1);
+    std::setlocale(LC_ALL, "de_DE.UTF-8");
+  }
+  ~CommaLocale() {
+    std::setlocale(LC_ALL, "C");
+    ::unsetenv("LOCPATH");
+  }
+  [[nodiscard]] bool active() const {
+    char buffer[16];
+    std::snprintf(buffer, sizeof buffer, "%.1f", 0.5);
+    return std::string(buffer) == "0,5";
+  }
+
+ private:
+  testing::TemporaryDirectory scratch_;
+};
+
+TEST(Color, TextFormIgnoresTheProcessLocale) {
+  const CommaLocale locale;
+  if (!locale.active()) GTEST_SKIP() << "no locale with a decimal comma could be set or generated here";
+  const Color colour = Color::sRGB(1, 0, 0.5, 0.25);
+  EXPECT_EQ(colour.stringRepresentation(), "srgb:1.00000,0.00000,0.50000,0.25000");
+  EXPECT_EQ(Color::fromStringRepresentation("srgb:1.00000,0.00000,0.50000,0.25000"), colour);
+  EXPECT_EQ(Color::fromStringRepresentation("display-p3:0.125,1e-1,2,1").stringRepresentation(),
+            "display-p3:0.12500,0.10000,2.00000,1.00000");
 }
 
 }  // namespace
