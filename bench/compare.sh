@@ -1,6 +1,7 @@
 #!/bin/sh
-# Runs the hit mask benchmarks and prints each of our figures against its floor or peer, as a
-# ratio (below 1: faster than the floor or peer).
+# Runs the hit mask benchmarks, and the document command benchmarks when built, and prints
+# each of our figures against its floor or peer, as a ratio (below 1: faster than the floor or
+# peer).
 #   bench/compare.sh [build directory, default: build] [extra Google Benchmark options...]
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -12,20 +13,29 @@ if [ ! -x "$program" ]; then
   exit 1
 fi
 results=$(mktemp)
+documents=$(mktemp)
 log=$(mktemp)
-trap 'rm -f "$results" "$log"' EXIT
+trap 'rm -f "$results" "$documents" "$log"' EXIT
 if ! "$program" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
   --benchmark_out="$results" --benchmark_out_format=json "$@" >/dev/null 2>"$log"; then
   cat "$log" >&2
   exit 1
 fi
-python3 - "$results" <<'PYTHON'
+echo '{"benchmarks": []}' >"$documents"
+if [ -x "$build/bench/bench_geometry" ]; then
+  if ! "$build/bench/bench_geometry" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
+    --benchmark_out="$documents" --benchmark_out_format=json "$@" >/dev/null 2>"$log"; then
+    cat "$log" >&2
+    exit 1
+  fi
+fi
+python3 - "$results" "$documents" <<'PYTHON'
 import json, sys
 
-runs = json.load(open(sys.argv[1]))
+runs = [run for path in sys.argv[1:] for run in json.load(open(path))["benchmarks"]]
 scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
 median = {}
-for run in runs["benchmarks"]:
+for run in runs:
     if run.get("aggregate_name") != "median":
         continue
     name = run["run_name"].replace("/manual_time", "")
@@ -52,4 +62,5 @@ show("trace, smooth, judge / potrace minus start", "traceSmoothAndJudge", "peerP
 show("build quadtree / read mask once", "buildQuadtree", "floorScanMaskOnce")
 show("10k small queries / scan per query", "quadtreeQueries/small", "floorScanPerQuery/small")
 show("10k large queries / scan per query", "quadtreeQueries/large", "floorScanPerQuery/large")
+show("--inspect / --upgrade, 40 layers (process)", "inspectCommand", "upgradeCommand")
 PYTHON

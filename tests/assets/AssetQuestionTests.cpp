@@ -190,7 +190,7 @@ TEST(AssetQuestions, ThumbnailsFitTheFocusArea) {
     EXPECT_EQ(thumbnail->size(), (Size{64, 64}));
     EXPECT_EQ(alphaAt(*thumbnail, 32, 32), 255);
     EXPECT_EQ(alphaAt(*thumbnail, 32, 2) == 255, item.opaqueTopRow);
-    if (!item.opaqueTopRow) EXPECT_EQ(alphaAt(*thumbnail, 32, 2), 0);
+    if (!item.opaqueTopRow) { EXPECT_EQ(alphaAt(*thumbnail, 32, 2), 0); }
     EXPECT_EQ(file.nsThumbnail(specification)->pixels().data(), thumbnail->pixels().data());
   }
   const auto retina = file.cgThumbnail({{64, 64}, 2, std::nullopt, pngContext()});
