@@ -255,6 +255,22 @@ TEST(HitTestCommand, BadRequestsFailWithOneLineAndNoOutput) {
   EXPECT_TRUE(missing.err.starts_with("error: ")) << missing.err;
 }
 
+TEST(GeometryCommands, EveryCorpusPackageAnswersOnEveryPlatform) {
+  ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
+  for (const auto& entry : fs::directory_iterator(shared / "corpus" / "packages")) {
+    for (const char* platform : {"iOS", "macOS", "watchOS"}) {
+      SCOPED_TRACE(entry.path().filename().string() + " " + platform);
+      const Answer inspection = wrighttool({entry.path().string(), "--inspect", "--platform", platform});
+      ASSERT_EQ(inspection.run.status, 0) << inspection.run.err;
+      EXPECT_TRUE(at(inspection.json, "groups").isArray());
+      const Answer hit = wrighttool({entry.path().string(), "--hit-test", "--platform", platform, "--x", "512", "--y",
+                                     "512"});
+      ASSERT_EQ(hit.run.status, 0) << hit.run.err;
+      EXPECT_EQ(at(hit.json, "icon"), JSONValue(true));
+    }
+  }
+}
+
 TEST(GeometryCommands, HelpShowsTheirArguments) {
   const ProgramRun run = testing::runWrighttool({"--help"});
   EXPECT_EQ(run.status, 0);
