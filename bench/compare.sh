@@ -1,5 +1,5 @@
 #!/bin/sh
-# Runs the hit mask and asset benchmarks and prints each of our figures against its floor or
+# Runs the hit mask, asset and document command benchmarks and prints each of our figures against its floor or
 # peer, as a ratio (below 1: faster than the floor or peer). The asset benchmarks need the corpus
 # in ../shared; without it they are reported as not measured.
 #   bench/compare.sh [build directory, default: build] [extra Google Benchmark options...]
@@ -10,7 +10,7 @@ build=${1:-$root/build}
 results=$(mktemp -d)
 log=$(mktemp)
 trap 'rm -rf "$results" "$log"' EXIT
-for name in bench_hitmask bench_assets; do
+for name in bench_hitmask bench_assets bench_geometry; do
   program=$build/bench/$name
   if [ ! -x "$program" ]; then
     echo "error: $program is missing; build the target $name first" >&2
@@ -66,4 +66,5 @@ show("PNG 64-pt thumbnail / vipsthumbnail process", "pngThumbnail64", "peerVipst
 show("PNG 64-pt thumbnail / vipsthumbnail minus start", "pngThumbnail64", "peerVipsthumbnail", "floorProcessStart")
 show("PNG stroke highlight / potrace process", "pngStrokeHighlight", "peerPotraceOnMask")
 show("PNG stroke highlight / potrace minus start", "pngStrokeHighlight", "peerPotraceOnMask", "floorProcessStart")
+show("--inspect / --upgrade, 40 layers (process)", "inspectCommand", "upgradeCommand")
 PYTHON

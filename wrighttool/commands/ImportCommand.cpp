@@ -22,6 +22,9 @@ class WrighttoolImportCommand final : public IconMutatingCommand {
  public:
   using IconMutatingCommand::IconMutatingCommand;
 
+  static std::string_view summary() {
+    return "DOC --input PATH [--group NAME] [--output-file PATH]: add each image of a file or folder as a layer";
+  }
   static Grammar argumentGrammar() {
     return {{"input", ArgumentKind::value}, {"group", ArgumentKind::value}, {"output-file", ArgumentKind::value}};
   }
