@@ -32,7 +32,7 @@ void checkPaints(const SVGDocument& document) {
       if (const auto color = paint.color()) {
         FUZZ_CHECK(color->color().has_value(), "a solid paint whose colour is no Color");
       }
-      if (const auto gradient = paint.gradient()) {
+      if (const SVGGradient* gradient = paint.gradient()) {
         for (std::size_t i = 0; i < gradient->numberOfStops(); ++i) {
           if (const auto stop = gradient->stop(i)) {
             FUZZ_CHECK(stop->offset >= 0 && stop->offset <= 1, "a stop offset outside 0...1");

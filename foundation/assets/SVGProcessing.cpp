@@ -109,7 +109,7 @@ bool svgUsesOnlyLightColors(const SVGDocument& document) {
       if (paint.type() == SVGPaintType::color) {
         colors.push_back(*paint.color());
       } else if (paint.type() == SVGPaintType::gradient) {
-        if (const auto gradient = paint.gradient()) {
+        if (const SVGGradient* gradient = paint.gradient()) {
           for (std::size_t i = 0; i < gradient->numberOfStops(); ++i)
             if (const auto stop = gradient->stop(i)) colors.push_back(stop->color);
         }

@@ -319,7 +319,7 @@ SVGPaint standalonePaint(const SVGPaintSpecification& specification) {
     case Kind::none: return SVGPaint::none();
     case Kind::color: return SVGPaint::color(*specification.color);
     case Kind::currentColor: return SVGPaint::color(SVGColor(PlatformColor{PlatformColorSpace::sRGB, {0, 0, 0, 1}}));
-    case Kind::reference: return SVGPaint::gradient(std::nullopt);
+    case Kind::reference: return SVGPaint::unresolvedGradient();
     case Kind::other: return SVGPaint::other();
   }
   return SVGPaint::other();

@@ -78,32 +78,41 @@ enum class SVGPaintType : std::uint8_t { none = 0, color = 1, gradient = 2, othe
 
 class SVGPaint {
  public:
-  [[nodiscard]] static SVGPaint none() { return SVGPaint(SVGPaintType::none, std::nullopt, std::nullopt); }
+  [[nodiscard]] static SVGPaint none() { return SVGPaint(SVGPaintType::none); }
   [[nodiscard]] static SVGPaint color(SVGColor color) {
-    return SVGPaint(SVGPaintType::color, std::move(color), std::nullopt);
+    SVGPaint paint(SVGPaintType::color);
+    paint.color_ = std::move(color);
+    return paint;
   }
-  /// A gradient reference; the gradient itself is absent when the reference can't be followed
-  /// (an attribute made outside a document).
-  [[nodiscard]] static SVGPaint gradient(std::optional<SVGGradient> gradient) {
-    return SVGPaint(SVGPaintType::gradient, std::nullopt, std::move(gradient));
+  [[nodiscard]] static SVGPaint gradient(SVGGradient gradient) {
+    SVGPaint paint(SVGPaintType::gradient);
+    paint.hasGradient_ = true;
+    paint.gradient_ = std::move(gradient);
+    return paint;
   }
-  [[nodiscard]] static SVGPaint other() { return SVGPaint(SVGPaintType::other, std::nullopt, std::nullopt); }
+  /// A gradient reference that can't be followed (an attribute made outside a document).
+  [[nodiscard]] static SVGPaint unresolvedGradient() { return SVGPaint(SVGPaintType::gradient); }
+  [[nodiscard]] static SVGPaint other() { return SVGPaint(SVGPaintType::other); }
 
   [[nodiscard]] SVGPaintType type() const { return type_; }
   /// The colour of a solid paint; absent for other types.
-  [[nodiscard]] const std::optional<SVGColor>& color() const { return color_; }
-  /// The gradient of a gradient paint; absent for other types and unresolved references.
-  [[nodiscard]] const std::optional<SVGGradient>& gradient() const { return gradient_; }
+  [[nodiscard]] std::optional<SVGColor> color() const {
+    if (type_ != SVGPaintType::color) return std::nullopt;
+    return color_;
+  }
+  /// The gradient of a gradient paint; null for other types and unresolved references.
+  [[nodiscard]] const SVGGradient* gradient() const { return hasGradient_ ? &gradient_ : nullptr; }
 
   friend bool operator==(const SVGPaint&, const SVGPaint&) = default;
 
  private:
-  // A tagged union kept as plain fields: only the field of `type_` is ever set.
-  SVGPaint(SVGPaintType type, std::optional<SVGColor> color, std::optional<SVGGradient> gradient)
-      : type_(type), color_(std::move(color)), gradient_(std::move(gradient)) {}
+  // A tagged union kept as plain fields (a variant or an optional gradient trips a false
+  // "maybe uninitialized" warning of g++ 12 under the sanitizers); unused fields stay default.
+  explicit SVGPaint(SVGPaintType type) : type_(type) {}
   SVGPaintType type_;
-  std::optional<SVGColor> color_;
-  std::optional<SVGGradient> gradient_;
+  SVGColor color_{PlatformColor{}};
+  SVGGradient gradient_{SVGGradient::Kind::linear, {}};
+  bool hasGradient_ = false;
 };
 
 }  // namespace iconwright

@@ -80,7 +80,7 @@ std::optional<Rule::Compound> parseCompound(std::string_view text) {
     return std::string(text.substr(start, i - start));
   };
   if (i < text.size() && text[i] == '*') {
-    compound.type = "*";
+    compound.type.push_back('*');
     ++i;
   } else if (i < text.size() && text[i] != '.' && text[i] != '#') {
     compound.type = readName();
