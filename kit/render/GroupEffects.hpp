@@ -28,7 +28,7 @@ struct EffectConstants {
   /// Blur of the backdrop behind a group at blur-material strength 1, in points.
   static constexpr double maximumMaterialBlur = 24;
   /// Specular highlight: edge width in points and peak opacity of its white.
-  static constexpr double specularWidth = 3;
+  static constexpr double specularWidth = 6;
   static constexpr double specularOpacity = 0.6;
   /// Lighting: colours scaled by 1 ± this from the far side to the lit side.
   static constexpr double lightingContrast = 0.12;
