@@ -15,7 +15,9 @@
 #include "foundation/assets/AssetName.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/SharedGroupAndLayerProperties.hpp"
+#include "foundation/graphics/Geometry.hpp"
 #include "foundation/json/JSONValue.hpp"
+#include "foundation/platforms/GeometryResolutionContext.hpp"
 #include "foundation/platforms/Localization.hpp"
 #include "foundation/specialization/SpecializableProperty.hpp"
 #include "foundation/values/EffectValues.hpp"
@@ -164,6 +166,18 @@ class Layer final : public SharedGroupAndLayerProperties {
   /// written back. Neither observed nor undoable.
   [[nodiscard]] const JSONValue::Object& unknownManifestMembers() const { return unknownManifestMembers_; }
   void setUnknownManifestMembers(JSONValue::Object members) { unknownManifestMembers_ = std::move(members); }
+
+  // Geometry on a canvas (LayerGeometry.cpp). Chiclet (or logical) space is the canvas in
+  // points, its centre at (512, 512), (544, 544) on watchOS; frame space is centred on the
+  // layer's position before the layer's own scale; bounds space is the asset's content
+  // bounds; asset space is the pixels of the resolved bitmap or the units of the SVG.
+
+  /// To the canvas centre, by the group's translation, by the group's scale, by the layer's
+  /// translation: the layer's translation scales with its group; its own scale is not here.
+  [[nodiscard]] AffineTransform transformFromFrameToChicletSpace(const GeometryResolutionContext& context) const;
+  [[nodiscard]] AffineTransform transformFromChicletSpaceToFrame(const GeometryResolutionContext& context) const {
+    return transformFromFrameToChicletSpace(context).inverted();
+  }
 
  private:
   friend struct detail::ChildLinks<Group, Layer>;
