@@ -135,6 +135,9 @@ struct Painter::Impl {
 Painter::Painter(Raster& raster) : impl_(std::make_unique<Impl>(raster)) {}
 Painter::~Painter() = default;
 
+int Painter::width() const { return impl_->raster.width(); }
+int Painter::height() const { return impl_->raster.height(); }
+
 void Painter::setTransform(const AffineTransform& transform) {
   const cairo_matrix_t m = cairoMatrix(transform);
   cairo_set_matrix(impl_->cr, &m);

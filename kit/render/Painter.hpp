@@ -69,6 +69,10 @@ class Painter {
   Painter(const Painter&) = delete;
   Painter& operator=(const Painter&) = delete;
 
+  /// The raster's size in pixels.
+  [[nodiscard]] int width() const;
+  [[nodiscard]] int height() const;
+
   /// User space to pixels (y-down, origin top left).
   void setTransform(const AffineTransform& transform);
   [[nodiscard]] AffineTransform transform() const;
