@@ -4,10 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cerrno>
 #include <string>
 #include <system_error>
 
+#include "foundation/assets/AssetFileVariant.hpp"
 #include "foundation/support/Assertions.hpp"
 #include "foundation/support/Hashing.hpp"
 #include "foundation/support/MessageError.hpp"
@@ -15,19 +17,9 @@
 
 namespace iconwright {
 
-// A variant is a reference type: copies of an AssetFile point at the same object. Equality
-// of two variants is by their bytes.
-class AssetFile::Variant {
- public:
-  explicit Variant(AssetData data) : data_(std::move(data)) {}
-
-  [[nodiscard]] const AssetData& data() const { return data_; }
-
- private:
-  const AssetData data_;
-};
-
 namespace {
+
+std::atomic<std::size_t> assetDecodings{0};
 
 [[noreturn]] void throwReadFailure(const std::filesystem::path& path, int error) {
   throw FileSystemError(path.string(), std::generic_category().message(error));
@@ -60,6 +52,26 @@ AssetData::Bytes readWholeFile(const std::filesystem::path& path) {
 }
 
 }  // namespace
+
+void countAssetDecoding() { assetDecodings.fetch_add(1, std::memory_order_relaxed); }
+
+std::size_t AssetFile::decodingCount() { return assetDecodings.load(std::memory_order_relaxed); }
+
+bool VariantResolvedContext::isAssumedSVG() const {
+  return assumedFileType && assumedFileType->conformsTo(FileType::svg());
+}
+
+// Image
+
+AssetFile::Image AssetFile::Image::makeSVG(std::shared_ptr<SVGDocument> document) {
+  ICONWRIGHT_PRECONDITION(document != nullptr, "AssetFile", "An SVG image needs a document");
+  return Image(std::move(document));
+}
+
+std::shared_ptr<SVGDocument> AssetFile::Image::svg() const {
+  const auto* document = std::get_if<std::shared_ptr<SVGDocument>>(&content_);
+  return document ? *document : nullptr;
+}
 
 // ResolutionContext
 
@@ -136,6 +148,81 @@ AssetName AssetFile::uniqueFilename(const AssetName& like, const AssetReferenceS
   }
 }
 
+AssetFile::ResolvedVariant AssetFile::resolve(const ResolutionContext& context) const {
+  if (context.languageID) {
+    if (const auto found = localizedVariants_.find(*context.languageID); found != localizedVariants_.end()) {
+      return {*found->second, {false, context.assumedFileType, context.assumedSVGColorSpace}};
+    }
+  }
+  return {*baseVariant_, {context.mirrorBaseAsset, context.assumedFileType, context.assumedSVGColorSpace}};
+}
+
+std::optional<AssetFile::Image> AssetFile::image(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.image(key);
+}
+
+std::optional<Size> AssetFile::imageSize(const ResolutionContext& context) const {
+  const auto found = image(context);
+  if (!found) return std::nullopt;
+  return found->size();
+}
+
+std::shared_ptr<const HitMask> AssetFile::hitMask(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.hitMask(key);
+}
+
+std::optional<HitMask::RectangleIntersector> AssetFile::rectangleIntersector(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.rectangleIntersector(key);
+}
+
+std::optional<Rect> AssetFile::visualBounds(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.visualBounds(key);
+}
+
+std::optional<Rect> AssetFile::alignmentBounds(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.alignmentBounds(key);
+}
+
+std::optional<Image> AssetFile::cgImage(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.cgImage(key);
+}
+
+std::optional<Image> AssetFile::cgBacktoppedImage(const BacktoppedImageSpecification& specification) const {
+  const auto [variant, key] = resolve(specification.context);
+  return variant.cgBacktoppedImage({specification.backstopColor, key});
+}
+
+std::optional<Image> AssetFile::swImage(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.swImage(key);
+}
+
+std::optional<Image> AssetFile::fillHighlight(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.fillHighlight(key);
+}
+
+std::optional<Path> AssetFile::strokeHighlight(const ResolutionContext& context) const {
+  const auto [variant, key] = resolve(context);
+  return variant.strokeHighlight(key);
+}
+
+std::optional<Image> AssetFile::cgThumbnail(const ThumbnailSpecification& specification) const {
+  const auto [variant, key] = resolve(specification.context);
+  return variant.cgThumbnail({specification.size, specification.scale, specification.sourceFocusSize, key});
+}
+
+std::optional<Image> AssetFile::nsThumbnail(const ThumbnailSpecification& specification) const {
+  const auto [variant, key] = resolve(specification.context);
+  return variant.nsThumbnail({specification.size, specification.scale, specification.sourceFocusSize, key});
+}
+
 bool operator==(const AssetFile& lhs, const AssetFile& rhs) {
   if (lhs.baseVariant_->data() != rhs.baseVariant_->data()) return false;
   if (lhs.localizedVariants_.size() != rhs.localizedVariants_.size()) return false;
@@ -152,4 +239,33 @@ std::size_t std::hash<iconwright::AssetFile::ResolutionContext>::operator()(
     const iconwright::AssetFile::ResolutionContext& context) const noexcept {
   return iconwright::hashFields(context.assumedFileType, context.assumedSVGColorSpace, context.mirrorBaseAsset,
                                 context.languageID);
+}
+
+// std::hash<double> gives −0.0 the hash of 0.0, and std::hash<std::optional> hashes an absent
+// value apart from any present one.
+std::size_t std::hash<iconwright::AssetFile::ThumbnailSpecification>::operator()(
+    const iconwright::AssetFile::ThumbnailSpecification& specification) const noexcept {
+  return iconwright::hashFields(specification.size, specification.scale, specification.sourceFocusSize,
+                                specification.context);
+}
+
+std::size_t std::hash<iconwright::AssetFile::BacktoppedImageSpecification>::operator()(
+    const iconwright::AssetFile::BacktoppedImageSpecification& specification) const noexcept {
+  return iconwright::hashFields(specification.backstopColor, specification.context);
+}
+
+std::size_t std::hash<iconwright::VariantResolvedContext>::operator()(
+    const iconwright::VariantResolvedContext& context) const noexcept {
+  return iconwright::hashFields(context.mirrored, context.assumedFileType, context.assumedSVGColorSpace);
+}
+
+std::size_t std::hash<iconwright::VariantThumbnailSpecification>::operator()(
+    const iconwright::VariantThumbnailSpecification& specification) const noexcept {
+  return iconwright::hashFields(specification.size, specification.scale, specification.sourceFocusSize,
+                                specification.context);
+}
+
+std::size_t std::hash<iconwright::VariantBacktoppedImageSpecification>::operator()(
+    const iconwright::VariantBacktoppedImageSpecification& specification) const noexcept {
+  return iconwright::hashFields(specification.backstopColor, specification.context);
 }

@@ -105,6 +105,24 @@ AssetFile::ResolutionContext Layer::assetResolutionContext(const SpecializationS
                                                       localization.languageID());
 }
 
+std::optional<AssetFile::Image> Layer::image(const SpecializationSlot& slot, const Localization& localization) const {
+  const auto file = asset(slot);
+  if (!file) return std::nullopt;
+  return file->image(assetResolutionContext(slot, localization));
+}
+
+std::optional<Size> Layer::contentSize(const SpecializationSlot& slot) const {
+  const auto shown = image(slot, Localization::base());
+  if (!shown) return std::nullopt;
+  return shown->size();
+}
+
+std::optional<Rect> Layer::contentBounds(const SpecializationSlot& slot) const {
+  const auto size = contentSize(slot);
+  if (!size) return std::nullopt;
+  return Rect{Point::zero(), *size};
+}
+
 void Layer::collectAssetReferences(AssetReferenceSet& references) const {
   iconwright::collectAssetReferences(imageName_, references);
 }

@@ -152,6 +152,14 @@ class Layer final : public SharedGroupAndLayerProperties {
   /// a language localization, and the type that the image name's extension presumes.
   [[nodiscard]] AssetFile::ResolutionContext assetResolutionContext(const SpecializationSlot& slot,
                                                                     const Localization& localization) const;
+  /// The layer's asset as an image under assetResolutionContext(slot, localization); absent
+  /// without an asset or when its bytes are no image.
+  [[nodiscard]] std::optional<AssetFile::Image> image(const SpecializationSlot& slot,
+                                                      const Localization& localization) const;
+  /// The image's size at the base localization: pixels of a bitmap, the canvas of an SVG.
+  [[nodiscard]] std::optional<Size> contentSize(const SpecializationSlot& slot) const;
+  /// contentSize with its origin at (0, 0).
+  [[nodiscard]] std::optional<Rect> contentBounds(const SpecializationSlot& slot) const;
 
   // Asset references: those of imageName.
 

@@ -1,0 +1,189 @@
+// Parsing keeps the text as written (no escapes resolved, no line ends or attribute blanks
+// normalised), and writing prints it back without escaping; SVGTree's readers decode values.
+// The renderer is built from the original bytes at first and rebuilt from the tree's text
+// after edits. Colours are drawn as librsvg draws them and then converted, inside a group of
+// their own, from the document's colour space into the context's.
+#include "foundation/graphics/svg/SVGDocument.hpp"
+
+#include <cairo.h>
+#include <pugixml.hpp>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "foundation/graphics/ColorManagement.hpp"
+#include "foundation/graphics/Image.hpp"
+#include "foundation/graphics/svg/SVGRenderer.hpp"
+#include "foundation/graphics/svg/SVGTree.hpp"
+
+namespace iconwright {
+namespace {
+
+constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_comments | pugi::parse_declaration |
+                                   pugi::parse_doctype | pugi::parse_pi | pugi::parse_ws_pcdata;
+constexpr unsigned kWriteOptions = pugi::format_raw | pugi::format_no_escapes | pugi::format_no_declaration;
+// How much longer the document's own entities may make its text.
+constexpr std::size_t kMaximumEntityGrowth = std::size_t(1) << 20;
+// Deeper trees are refused: every walk of the tree stays well within the stack.
+constexpr int kMaximumDepth = 512;
+
+struct VectorWriter final : pugi::xml_writer {
+  std::vector<std::uint8_t>& out;
+  explicit VectorWriter(std::vector<std::uint8_t>& o) : out(o) {}
+  void write(const void* data, std::size_t size) override {
+    const auto* bytes = static_cast<const std::uint8_t*>(data);
+    out.insert(out.end(), bytes, bytes + size);
+  }
+};
+
+// Checks the depth and makes attribute values printable between double quotes (a value
+// written between single quotes may hold a '"').
+bool prepareTree(const pugi::xml_node& root) {
+  std::vector<std::pair<pugi::xml_node, int>> stack{{root, 1}};
+  while (!stack.empty()) {
+    auto [node, depth] = stack.back();
+    stack.pop_back();
+    if (depth > kMaximumDepth) return false;
+    for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
+      if (std::strchr(attribute.value(), '"') == nullptr) continue;
+      std::string value;
+      for (const char* c = attribute.value(); *c; ++c) value += *c == '"' ? std::string("&quot;") : std::string(1, *c);
+      attribute.set_value(value.c_str());
+    }
+    for (pugi::xml_node child = node.first_child(); child; child = child.next_sibling())
+      if (child.type() == pugi::node_element) stack.emplace_back(child, depth + 1);
+  }
+  return true;
+}
+
+bool isAcceptableCanvas(Size size) {
+  if (!(size.width > 0) || !(size.height > 0)) return false;  // also NaN
+  if (!(size.width <= double(Image::maximumDimension)) || !(size.height <= double(Image::maximumDimension)))
+    return false;
+  return std::ceil(size.width) * std::ceil(size.height) <= double(Image::maximumPixelCount);
+}
+
+ColorSpace rasterSpace(SVGColorSpace space) {
+  return space == SVGColorSpace::displayP3 ? ColorSpace::displayP3() : ColorSpace::sRGB();
+}
+
+// Re-expresses the pixels of an ARGB32 image surface from `from` into `to`, in place.
+void convertSurface(cairo_surface_t* surface, const ColorSpace& from, const ColorSpace& to) {
+  if (cairo_surface_get_type(surface) != CAIRO_SURFACE_TYPE_IMAGE ||
+      cairo_image_surface_get_format(surface) != CAIRO_FORMAT_ARGB32)
+    return;
+  cairo_surface_flush(surface);
+  const int width = cairo_image_surface_get_width(surface), height = cairo_image_surface_get_height(surface);
+  const int stride = cairo_image_surface_get_stride(surface);
+  std::uint8_t* data = cairo_image_surface_get_data(surface);
+  if (!data || !Image::isAcceptableSize(width, height)) return;
+  const std::size_t rowBytes = std::size_t(width) * 4;
+  std::vector<std::uint8_t> pixels(rowBytes * std::size_t(height));
+  for (int y = 0; y < height; ++y)
+    std::memcpy(pixels.data() + std::size_t(y) * rowBytes, data + std::ptrdiff_t(y) * stride, rowBytes);
+  const auto image = Image::create(width, height, std::move(pixels), from);
+  if (!image) return;
+  const Image converted = convertedImage(*image, to);
+  for (int y = 0; y < height; ++y) std::memcpy(data + std::ptrdiff_t(y) * stride, converted.row(y), rowBytes);
+  cairo_surface_mark_dirty(surface);
+}
+
+}  // namespace
+
+struct SVGDocument::Impl {
+  std::shared_ptr<SVGTree> tree;
+  Size canvas;
+  mutable std::optional<SVGRenderer> renderer;
+  mutable std::uint64_t rendererGeneration = 0;
+};
+
+SVGDocument::SVGDocument(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+SVGDocument::~SVGDocument() = default;
+
+std::shared_ptr<SVGDocument> SVGDocument::createFromData(std::span<const std::uint8_t> bytes,
+                                                         std::optional<SVGColorSpace> preferredColorSpace) {
+  if (bytes.empty()) return nullptr;
+  auto tree = std::make_shared<SVGTree>();
+  tree->colorSpace = preferredColorSpace.value_or(SVGColorSpace::sRGB);
+  pugi::xml_document& document = *tree->document;
+  if (!document.load_buffer(bytes.data(), bytes.size(), kParseOptions, pugi::encoding_auto)) return nullptr;
+
+  for (pugi::xml_node child = document.first_child(); child; child = child.next_sibling()) {
+    if (child.type() != pugi::node_doctype) continue;
+    auto entities = parseEntityDeclarations(child.value());
+    if (!entities) return nullptr;
+    tree->entities = std::move(*entities);
+  }
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  if (!entityExpansionGrowth(tree->entities, text, kMaximumEntityGrowth)) return nullptr;
+
+  const pugi::xml_node root(tree->rootElement());
+  if (!root || localName(root.name()) != "svg" || !prepareTree(root)) return nullptr;
+
+  auto renderer = SVGRenderer::create(bytes);
+  if (!renderer) return nullptr;
+  const auto canvas = renderer->intrinsicSize();
+  if (!canvas || !isAcceptableCanvas(*canvas)) return nullptr;
+
+  tree->holder = document.append_child("detached").internal_object();
+  tree->canvas = *canvas;
+  auto impl = std::make_unique<Impl>();
+  impl->tree = std::move(tree);
+  impl->canvas = *canvas;
+  impl->renderer = std::move(renderer);
+  return std::shared_ptr<SVGDocument>(new SVGDocument(std::move(impl)));
+}
+
+Size SVGDocument::canvasSize() const { return impl_->canvas; }
+SVGColorSpace SVGDocument::colorSpace() const { return impl_->tree->colorSpace; }
+
+std::optional<SVGNode> SVGDocument::rootNode() const {
+  pugi::xml_node_struct* root = impl_->tree->rootElement();
+  if (!root) return std::nullopt;
+  return SVGNode(impl_->tree, root);
+}
+
+SVGNode SVGDocument::createNode(std::string_view name) {
+  pugi::xml_node holder(impl_->tree->holder);
+  return SVGNode(impl_->tree, holder.append_child(std::string(name).c_str()).internal_object());
+}
+
+std::vector<std::uint8_t> SVGDocument::writeToData() const {
+  std::vector<std::uint8_t> out;
+  VectorWriter writer(out);
+  for (pugi::xml_node child = impl_->tree->document->first_child(); child; child = child.next_sibling()) {
+    if (child.internal_object() == impl_->tree->holder) continue;
+    child.print(writer, "", kWriteOptions, pugi::encoding_utf8);
+  }
+  return out;
+}
+
+void SVGDocument::draw(BitmapContext& context) const {
+  const Impl& impl = *impl_;
+  if (impl.rendererGeneration != impl.tree->generation) {
+    impl.renderer = SVGRenderer::create(writeToData());
+    impl.rendererGeneration = impl.tree->generation;
+  }
+  if (!impl.renderer || context.isGray()) return;
+  const ColorSpace source = rasterSpace(impl.tree->colorSpace);
+  const ColorSpace target = context.colorSpace();
+  const Size canvas = impl.canvas;
+  const SVGRenderer& renderer = *impl.renderer;
+  context.drawWithCairo([&](cairo_t* cr) {
+    // User space is y-up with the canvas's bottom edge on y = 0; librsvg draws y-down.
+    cairo_translate(cr, 0, canvas.height);
+    cairo_scale(cr, 1, -1);
+    if (source == target) {
+      renderer.render(cr, canvas);
+      return;
+    }
+    cairo_push_group(cr);
+    renderer.render(cr, canvas);
+    convertSurface(cairo_get_group_target(cr), source, target);
+    cairo_pop_group_to_source(cr);
+    cairo_paint(cr);
+  });
+}
+
+}  // namespace iconwright

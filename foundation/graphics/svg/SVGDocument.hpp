@@ -1,0 +1,63 @@
+// SVGDocument: a parsed SVG document that can be measured, edited, written back and drawn. The
+// tree is kept as it was given (declaration, comments, whitespace), so writing an unedited
+// document gives its bytes back. Drawing goes through librsvg from the tree's current text,
+// so edits (such as mirroring) show. Held by std::shared_ptr; one thread at a time.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "foundation/graphics/BitmapContext.hpp"
+#include "foundation/graphics/Geometry.hpp"
+#include "foundation/graphics/svg/SVGNode.hpp"
+#include "foundation/graphics/svg/SVGPaint.hpp"
+
+namespace iconwright {
+
+class SVGDocument {
+ public:
+  /// Parses `bytes`. Absent when they are not a well-formed SVG document (an `svg` root
+  /// element that librsvg accepts as well), or when the canvas can't be sized: `width` and
+  /// `height` in CSS pixels (absolute units at 96 per inch); where either is a percentage or
+  /// missing, the view box gives the size or the aspect ratio; neither → no document. A
+  /// canvas side that isn't positive, or a canvas over Image's size limits, is no document.
+  /// `preferredColorSpace` is the space of colours that don't name one (sRGB when absent).
+  /// Nothing outside the bytes is ever read: no file, no network.
+  [[nodiscard]] static std::shared_ptr<SVGDocument> createFromData(
+      std::span<const std::uint8_t> bytes, std::optional<SVGColorSpace> preferredColorSpace = std::nullopt);
+
+  SVGDocument(const SVGDocument&) = delete;
+  SVGDocument& operator=(const SVGDocument&) = delete;
+  ~SVGDocument();
+
+  /// The canvas size found when parsing.
+  [[nodiscard]] Size canvasSize() const;
+  /// The colour space untagged colours are in.
+  [[nodiscard]] SVGColorSpace colorSpace() const;
+
+  /// The root element, absent when the tree has none.
+  [[nodiscard]] std::optional<SVGNode> rootNode() const;
+  /// A new, detached element of this document named `name`, to be added with addChild.
+  [[nodiscard]] SVGNode createNode(std::string_view name);
+
+  /// The tree as SVG text: what was parsed, with the edits made since.
+  [[nodiscard]] std::vector<std::uint8_t> writeToData() const;
+
+  /// Draws the document into `context` with the canvas's top left at the top left of the
+  /// rect (0, 0, canvas width, canvas height) of the context's current user space, upright,
+  /// one canvas unit per user unit (as drawing an image into that rect would). The colours are
+  /// converted from the document's colour space into the context's. A gray context draws
+  /// nothing. Draws nothing when the current text no longer parses.
+  void draw(BitmapContext& context) const;
+
+ private:
+  struct Impl;
+  explicit SVGDocument(std::unique_ptr<Impl> impl);
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace iconwright

@@ -1,0 +1,223 @@
+// The questions an asset answers about its bitmap: the variant choice, mirroring, caching of
+// present and absent answers, masks and bounds, highlights, backstops and thumbnails.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "foundation/assets/AssetFile.hpp"
+#include "foundation/graphics/PNGEncoding.hpp"
+#include "tests/assets/AssetPictures.hpp"
+
+namespace iconwright {
+namespace {
+
+using LanguageID = Localization::LanguageID;
+using testing::alphaAt;
+using testing::pngOfRects;
+
+AssetFile::ResolutionContext pngContext(bool mirrored = false, std::optional<std::string> language = std::nullopt) {
+  AssetFile::ResolutionContext context = AssetFile::ResolutionContext::unqualified(FileType::png());
+  context.mirrorBaseAsset = mirrored;
+  if (language) context.languageID = LanguageID(*language);
+  return context;
+}
+
+TEST(AssetQuestions, TheVariantDecidesMirroring) {
+  // Base: opaque on the left quarter. The French variant: opaque on the right quarter.
+  AssetFile file(pngOfRects(40, 10, {Rect::makeXYWH(0, 0, 10, 10)}));
+  file.setLocalizedVariant(pngOfRects(40, 10, {Rect::makeXYWH(30, 0, 10, 10)}), LanguageID("fr"));
+
+  struct Case {
+    const char* label;
+    AssetFile::ResolutionContext context;
+    Rect bounds;
+  };
+  const Case cases[] = {
+      {"base as it is", pngContext(), Rect::makeXYWH(0, 0, 10, 10)},
+      {"base mirrored", pngContext(true), Rect::makeXYWH(30, 0, 10, 10)},
+      {"a language without a variant mirrors the base", pngContext(true, "de"), Rect::makeXYWH(30, 0, 10, 10)},
+      {"a language's variant is never mirrored", pngContext(true, "fr"), Rect::makeXYWH(30, 0, 10, 10)},
+      {"the variant unmirrored", pngContext(false, "fr"), Rect::makeXYWH(30, 0, 10, 10)},
+  };
+  for (const Case& item : cases) {
+    SCOPED_TRACE(item.label);
+    EXPECT_EQ(file.visualBounds(item.context), item.bounds);
+    EXPECT_EQ(file.alignmentBounds(item.context), item.bounds);
+    const auto image = file.image(item.context);
+    ASSERT_TRUE(image && image->isBitmap());
+    EXPECT_EQ(image->size(), (Size{40, 10}));
+  }
+}
+
+TEST(AssetQuestions, MirroredMaskIsTheMirrorImage) {
+  // An asymmetric picture with soft edges: a mirrored copy must match pixel for pixel.
+  const AssetFile file(pngOfRects(33, 17, {Rect::makeXYWH(2, 3, 9, 5), Rect::makeXYWH(20, 1, 3, 14)}, 0.5));
+  const auto plain = file.hitMask(pngContext());
+  const auto mirrored = file.hitMask(pngContext(true));
+  ASSERT_TRUE(plain && mirrored);
+  ASSERT_EQ(mirrored->width(), 33);
+  for (int y = 0; y < 17; ++y)
+    for (int x = 0; x < 33; ++x) ASSERT_EQ(mirrored->coverage(32 - x, y), plain->coverage(x, y)) << x << "," << y;
+}
+
+TEST(AssetQuestions, AnswersAreDecodedOncePerKey) {
+  const AssetFile file(pngOfRects(16, 16, {Rect::makeXYWH(4, 4, 8, 8)}));
+  const AssetFile copy = file;  // copies share the caches
+  const std::size_t start = AssetFile::decodingCount();
+  ASSERT_TRUE(file.hitMask(pngContext()));
+  EXPECT_EQ(AssetFile::decodingCount(), start + 1);
+  (void)copy.image(pngContext());
+  (void)copy.visualBounds(pngContext());
+  (void)copy.strokeHighlight(pngContext());
+  (void)copy.cgImage(pngContext());
+  (void)copy.fillHighlight(pngContext());
+  (void)copy.cgThumbnail({{8, 8}, 2, std::nullopt, pngContext()});
+  EXPECT_EQ(AssetFile::decodingCount(), start + 1);
+  // A language plays no part in the key: the base answers for it.
+  (void)file.image(pngContext(false, "de"));
+  EXPECT_EQ(AssetFile::decodingCount(), start + 1);
+  // Mirroring does.
+  (void)file.image(pngContext(true));
+  EXPECT_EQ(AssetFile::decodingCount(), start + 2);
+  // A clone renews nothing of the base.
+  (void)file.clone().hitMask(pngContext(true));
+  EXPECT_EQ(AssetFile::decodingCount(), start + 2);
+}
+
+TEST(AssetQuestions, UndecodableBytesAreAbsentEverywhereAndTriedOnce) {
+  const AssetFile file(AssetData::fromText("<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'/>"));
+  // Without an assumed type the bytes go to the bitmap decoders, which refuse them.
+  const auto context = AssetFile::ResolutionContext::unqualified(std::nullopt);
+  const std::size_t start = AssetFile::decodingCount();
+  for (int round = 0; round < 2; ++round) {
+    SCOPED_TRACE(round);
+    EXPECT_FALSE(file.image(context));
+    EXPECT_FALSE(file.imageSize(context));
+    EXPECT_FALSE(file.hitMask(context));
+    EXPECT_FALSE(file.rectangleIntersector(context));
+    EXPECT_FALSE(file.visualBounds(context));
+    EXPECT_FALSE(file.alignmentBounds(context));
+    EXPECT_FALSE(file.cgImage(context));
+    EXPECT_FALSE(file.cgBacktoppedImage({Color::white, context}));
+    EXPECT_FALSE(file.swImage(context));
+    EXPECT_FALSE(file.fillHighlight(context));
+    EXPECT_FALSE(file.strokeHighlight(context));
+    EXPECT_FALSE(file.cgThumbnail({{16, 16}, 1, std::nullopt, context}));
+    EXPECT_FALSE(file.nsThumbnail({{16, 16}, 1, std::nullopt, context}));
+    EXPECT_FALSE(file.writablePasteboardItem(context));
+  }
+  EXPECT_EQ(AssetFile::decodingCount(), start + 1);
+}
+
+TEST(AssetQuestions, TransparentBitmapHasNoBoundsAndAnEmptyOutline) {
+  const AssetFile file(pngOfRects(20, 10, {}));
+  const auto mask = file.hitMask(pngContext());
+  ASSERT_TRUE(mask);
+  EXPECT_EQ(mask->bytes(), std::vector<std::uint8_t>(200, 0));
+  EXPECT_FALSE(file.visualBounds(pngContext()));
+  EXPECT_FALSE(file.alignmentBounds(pngContext()));
+  const auto outline = file.strokeHighlight(pngContext());
+  ASSERT_TRUE(outline);
+  EXPECT_TRUE(outline->isEmpty());
+  const auto intersector = file.rectangleIntersector(pngContext());
+  ASSERT_TRUE(intersector);
+  EXPECT_FALSE(intersector->anyPixelsIntersect(Rect::makeXYWH(0, 0, 20, 10)));
+}
+
+TEST(AssetQuestions, LargeBitmapsAreTracedAtMost1024PixelsASide) {
+  // 2048 × 1024 is traced at half size; the outline comes back in the bitmap's pixels.
+  const AssetFile file(pngOfRects(2048, 1024, {Rect::makeXYWH(100, 200, 600, 400)}));
+  const auto outline = file.strokeHighlight(pngContext());
+  ASSERT_TRUE(outline);
+  EXPECT_EQ(outline->pathBoundingBox(), Rect::makeXYWH(100, 200, 600, 400));
+  for (const auto& element : outline->elements()) {
+    if (element.kind == PathElement::Kind::closeSubpath) continue;
+    const Point p = element.points[0];
+    EXPECT_TRUE((p.x == 100 || p.x == 700) || (p.y == 200 || p.y == 600)) << p.x << "," << p.y;
+  }
+}
+
+TEST(AssetQuestions, RaggedOutlinesGiveWayToTheCoverageBox) {
+  // A checkerboard patch traces into outlines whose 8-unit stretches barely advance.
+  std::vector<Rect> cells;
+  for (int y = 0; y < 40; ++y)
+    for (int x = (y % 2); x < 40; x += 2) cells.push_back(Rect::makeXYWH(10 + x, 5 + y, 1, 1));
+  const AssetFile file(pngOfRects(64, 64, cells));
+  const auto outline = file.strokeHighlight(pngContext());
+  ASSERT_TRUE(outline);
+  EXPECT_EQ(*outline, Path::makeRect(Rect::makeXYWH(10, 5, 40, 40)));
+}
+
+TEST(AssetQuestions, FillHighlightAndBackstop) {
+  const AssetFile file(pngOfRects(8, 4, {Rect::makeXYWH(0, 0, 4, 4)}, 1.0, {255, 0, 0}));
+  const auto fill = file.fillHighlight(pngContext());
+  ASSERT_TRUE(fill);
+  const std::uint8_t* inside = fill->row(1) + 4 * 1;
+  EXPECT_EQ((std::vector<int>{inside[0], inside[1], inside[2], inside[3]}), (std::vector<int>{0, 0, 0, 255}));
+  EXPECT_EQ(alphaAt(*fill, 6, 1), 0);
+
+  const auto backstopped = file.cgBacktoppedImage({Color::white, pngContext()});
+  ASSERT_TRUE(backstopped);
+  EXPECT_TRUE(backstopped->isOpaque());
+  const std::uint8_t* white = backstopped->row(2) + 4 * 6;
+  EXPECT_EQ((std::vector<int>{white[0], white[1], white[2]}), (std::vector<int>{255, 255, 255}));
+  const std::uint8_t* red = backstopped->row(2) + 4 * 1;
+  EXPECT_LT(red[0], 40);  // blue and green low, red high: the asset lies on top
+  EXPECT_GT(red[2], 200);
+
+  EXPECT_EQ(file.swImage(pngContext())->pixels().data(), file.cgImage(pngContext())->pixels().data());
+}
+
+TEST(AssetQuestions, ThumbnailsFitTheFocusArea) {
+  // 100 × 50, all opaque: fitted into 64 × 64 it fills the middle 32 rows.
+  const AssetFile file(pngOfRects(100, 50, {Rect::makeXYWH(0, 0, 100, 50)}));
+  struct Case {
+    const char* label;
+    std::optional<Size> focus;
+    bool opaqueTopRow;
+  };
+  const Case cases[] = {
+      {"whole source", std::nullopt, false},
+      {"a focus larger than the source shows the whole source", Size{1000, 1000}, false},
+      {"a negative focus width counts as 0: the focus height alone decides", Size{-5, 25}, true},
+  };
+  for (const Case& item : cases) {
+    SCOPED_TRACE(item.label);
+    const AssetFile::ThumbnailSpecification specification{{64, 64}, 1, item.focus, pngContext()};
+    const auto thumbnail = file.cgThumbnail(specification);
+    ASSERT_TRUE(thumbnail);
+    EXPECT_EQ(thumbnail->size(), (Size{64, 64}));
+    EXPECT_EQ(alphaAt(*thumbnail, 32, 32), 255);
+    EXPECT_EQ(alphaAt(*thumbnail, 32, 2) == 255, item.opaqueTopRow);
+    if (!item.opaqueTopRow) EXPECT_EQ(alphaAt(*thumbnail, 32, 2), 0);
+    EXPECT_EQ(file.nsThumbnail(specification)->pixels().data(), thumbnail->pixels().data());
+  }
+  const auto retina = file.cgThumbnail({{64, 64}, 2, std::nullopt, pngContext()});
+  ASSERT_TRUE(retina);
+  EXPECT_EQ(retina->size(), (Size{128, 128}));
+}
+
+TEST(AssetQuestions, SpecificationsHashNegativeZeroAsZero) {
+  const auto context = pngContext();
+  const AssetFile::ThumbnailSpecification zero{{0.0, 64}, 1, Size{0.0, 0.0}, context};
+  const AssetFile::ThumbnailSpecification negativeZero{{-0.0, 64}, 1, Size{-0.0, 0.0}, context};
+  EXPECT_EQ(zero, negativeZero);
+  EXPECT_EQ(std::hash<AssetFile::ThumbnailSpecification>{}(zero),
+            std::hash<AssetFile::ThumbnailSpecification>{}(negativeZero));
+  const AssetFile::ThumbnailSpecification noFocus{{0.0, 64}, 1, std::nullopt, context};
+  EXPECT_NE(zero, noFocus);
+  EXPECT_NE(std::hash<AssetFile::ThumbnailSpecification>{}(zero), std::hash<AssetFile::ThumbnailSpecification>{}(noFocus));
+}
+
+TEST(AssetQuestions, PasteboardItemCarriesTheBytesUnmirrored) {
+  const AssetData png = pngOfRects(4, 4, {Rect::makeXYWH(0, 0, 2, 4)});
+  const AssetFile file(png);
+  const auto item = file.writablePasteboardItem(pngContext(true));
+  ASSERT_TRUE(item);
+  EXPECT_EQ(item->types(), std::vector<std::string>{"public.png"});
+  EXPECT_EQ(item->dataForType("public.png"), png.bytes());
+}
+
+}  // namespace
+}  // namespace iconwright
