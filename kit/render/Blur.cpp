@@ -28,6 +28,30 @@ void boxLine(const float* in, float* out, int count, std::ptrdiff_t step, int ra
   }
 }
 
+// Columns are summed a whole row at a time, so that memory is read in order and the inner
+// loops run over contiguous floats.
+void boxColumns(const std::vector<float>& in, std::vector<float>& out, int width, int height, int radius) {
+  const float scale = 1.0f / float(2 * radius + 1);
+  std::vector<float> sum(width, 0.0f);
+  const auto row = [&](int y) { return in.data() + std::size_t(y) * width; };
+  for (int y = 0; y <= radius && y < height; ++y) {
+    const float* r = row(y);
+    for (int x = 0; x < width; ++x) sum[x] += r[x];
+  }
+  for (int y = 0; y < height; ++y) {
+    float* o = out.data() + std::size_t(y) * width;
+    for (int x = 0; x < width; ++x) o[x] = sum[x] * scale;
+    if (y + radius + 1 < height) {
+      const float* add = row(y + radius + 1);
+      for (int x = 0; x < width; ++x) sum[x] += add[x];
+    }
+    if (y - radius >= 0) {
+      const float* drop = row(y - radius);
+      for (int x = 0; x < width; ++x) sum[x] -= drop[x];
+    }
+  }
+}
+
 void boxBlur(Plane& plane, int radius) {
   if (radius < 1) return;
   std::vector<float> scratch(plane.values.size());
@@ -35,9 +59,7 @@ void boxBlur(Plane& plane, int radius) {
     const std::size_t offset = std::size_t(y) * plane.width;
     boxLine(plane.values.data() + offset, scratch.data() + offset, plane.width, 1, radius);
   }
-  for (int x = 0; x < plane.width; ++x) {
-    boxLine(scratch.data() + x, plane.values.data() + x, plane.height, plane.width, radius);
-  }
+  boxColumns(scratch, plane.values, plane.width, plane.height, radius);
 }
 
 // Three boxes whose combined variance is that of the Gaussian: each box of width w adds
@@ -89,7 +111,7 @@ void enlarge(const Plane& small, Plane& plane, int factor) {
 void blurPlane(Plane& plane, double sigma) {
   if (sigma < 0.3) return;
   int factor = 1;
-  while (factor < 8 && sigma / (factor * 2) >= 2.0) factor *= 2;
+  while (factor < 8 && sigma / (factor * 2) >= 1.5) factor *= 2;
   if (factor == 1) {
     gaussian(plane, sigma);
     return;

@@ -2,7 +2,9 @@
 
 #include <spng.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 #include <cstring>
 #include <memory>
 
@@ -39,6 +41,9 @@ std::optional<std::vector<std::uint8_t>> encodeOutputPNG(const Raster& raster, O
   std::unique_ptr<spng_ctx, ContextCloser> context(spng_ctx_new(SPNG_CTX_ENCODER));
   if (!context) return std::nullopt;
   spng_set_option(context.get(), SPNG_ENCODE_TO_BUFFER, 1);
+  // Faster than the defaults for a few per cent more bytes; the same bytes on every run.
+  spng_set_option(context.get(), SPNG_IMG_COMPRESSION_LEVEL, 3);
+  spng_set_option(context.get(), SPNG_FILTER_CHOICE, SPNG_FILTER_CHOICE_SUB | SPNG_FILTER_CHOICE_PAETH);
   spng_ihdr header{};
   header.width = std::uint32_t(image.width());
   header.height = std::uint32_t(image.height());
@@ -46,6 +51,11 @@ std::optional<std::vector<std::uint8_t>> encodeOutputPNG(const Raster& raster, O
   header.color_type = SPNG_COLOR_TYPE_TRUECOLOR_ALPHA;
   if (spng_set_ihdr(context.get(), &header) != 0) return std::nullopt;
   std::vector<std::uint8_t> profile = iccProfileData(target);
+  // The profile's header carries the moment it was made; a fixed one keeps files identical.
+  if (profile.size() >= 36) {
+    const std::uint8_t created[12] = {0x07, 0xEA, 0, 1, 0, 1, 0, 0, 0, 0, 0, 0};  // 2026-01-01 00:00:00
+    std::copy(std::begin(created), std::end(created), profile.begin() + 24);
+  }
   spng_iccp iccp{};
   std::strncpy(iccp.profile_name, space == OutputColorSpace::sRGB ? "sRGB IEC61966-2.1" : "Display P3",
                sizeof iccp.profile_name - 1);
