@@ -108,7 +108,7 @@ void drawSpecular(Raster& canvas, const Mask& coverage, const Light& light, doub
     std::uint8_t* row = canvas.row(y);
     for (int x = 0; x < canvas.width(); ++x) {
       const float light = std::min(1.0f, soft.row(y)[x] * 1.5f) * coverage.row(y)[x] * float(C::specularOpacity);
-      overWhiteAndBlack(row + 4 * x, light, 0);
+      if (light >= 1.0f / 512) overWhiteAndBlack(row + 4 * x, light, 0);
     }
   }
 }
@@ -143,7 +143,7 @@ void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, doub
     for (int x = 0; x < coverage.width(); ++x) {
       if (in[x] <= 0) continue;
       const float rim = std::clamp((in[x] - soft.row(y)[x]) * 2.0f, 0.0f, 1.0f) * in[x];
-      if (rim <= 0) continue;
+      if (rim < 1.0f / 512) continue;
       // The outward normal runs down the blurred coverage.
       const double gx = soft.at(x - 1, y) - soft.at(x + 1, y);
       const double gy = soft.at(x, y - 1) - soft.at(x, y + 1);
