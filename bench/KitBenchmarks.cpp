@@ -68,7 +68,12 @@ fs::path scratch() {
   return directory;
 }
 
-fs::path corpusPackage01() { return fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / "shared" / "corpus" / "packages" / "01"; }
+// ../shared beside the repository, or where ICONWRIGHT_SHARED_DIR says.
+fs::path corpusPackage01() {
+  const char* configured = std::getenv("ICONWRIGHT_SHARED_DIR");
+  const fs::path shared = configured ? fs::path(configured) : fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / "shared";
+  return shared / "corpus" / "packages" / "01";
+}
 
 fs::path largestSVG(const fs::path& package) {
   fs::path largest;

@@ -121,7 +121,56 @@ void blurPlane(Plane& plane, double sigma) {
   enlarge(small, plane, factor);
 }
 
+int blurMargin(double sigma) { return int(std::ceil(3 * sigma)) + 2; }
+
 }  // namespace
+
+Mask::Box grown(const Mask::Box& box, int margin, int width, int height) {
+  return {std::max(0, box.minX - margin), std::max(0, box.minY - margin), std::min(width - 1, box.maxX + margin),
+          std::min(height - 1, box.maxY + margin)};
+}
+
+Mask blurred(const Mask& mask, double sigma, const Mask::Box& region) {
+  const Mask::Box area = grown(region, blurMargin(sigma), mask.width(), mask.height());
+  const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
+  Plane plane{width, height, std::vector<float>(std::size_t(width) * height)};
+  for (int y = 0; y < height; ++y) {
+    std::copy_n(mask.row(area.minY + y) + area.minX, width, plane.values.data() + std::size_t(y) * width);
+  }
+  blurPlane(plane, sigma);
+  Mask result(mask.width(), mask.height());
+  for (int y = 0; y < height; ++y) {
+    std::copy_n(plane.values.data() + std::size_t(y) * width, width, result.row(area.minY + y) + area.minX);
+  }
+  return result;
+}
+
+Raster blurred(const Raster& raster, double sigma, const Mask::Box& region) {
+  const Mask::Box area = grown(region, blurMargin(sigma), raster.width(), raster.height());
+  const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
+  Raster result = *Raster::create(raster.width(), raster.height());
+  for (int channel = 0; channel < 4; ++channel) {
+    Plane plane{width, height, std::vector<float>(std::size_t(width) * height)};
+    for (int y = 0; y < height; ++y) {
+      const std::uint8_t* in = raster.row(area.minY + y) + 4 * area.minX + channel;
+      float* out = plane.values.data() + std::size_t(y) * width;
+      for (int x = 0; x < width; ++x) out[x] = in[4 * x];
+    }
+    blurPlane(plane, sigma);
+    for (int y = 0; y < height; ++y) {
+      std::uint8_t* out = result.row(area.minY + y) + 4 * area.minX + channel;
+      const float* in = plane.values.data() + std::size_t(y) * width;
+      for (int x = 0; x < width; ++x) out[4 * x] = toByte(in[x] / 255.0);
+    }
+  }
+  for (int y = area.minY; y <= area.maxY; ++y) {
+    std::uint8_t* p = result.row(y) + 4 * area.minX;
+    for (int x = 0; x < width; ++x, p += 4) {
+      for (int c = 0; c < 3; ++c) p[c] = std::min(p[c], p[Raster::alpha]);
+    }
+  }
+  return result;
+}
 
 Mask blurred(const Mask& mask, double sigma) {
   Plane plane{mask.width(), mask.height(), {mask.values().begin(), mask.values().end()}};

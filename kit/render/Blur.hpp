@@ -14,4 +14,12 @@ namespace iconwright::kit {
 /// Every channel of the premultiplied raster blurred alike.
 [[nodiscard]] Raster blurred(const Raster& raster, double sigma);
 
+/// The same, computed only where it can differ from 0 around `region`: the region grown by
+/// three standard deviations. Elsewhere the result is 0 (transparent).
+[[nodiscard]] Mask blurred(const Mask& mask, double sigma, const Mask::Box& region);
+[[nodiscard]] Raster blurred(const Raster& raster, double sigma, const Mask::Box& region);
+
+/// `box` grown by `margin` pixels on each side, kept within `width` × `height`.
+[[nodiscard]] Mask::Box grown(const Mask::Box& box, int margin, int width, int height);
+
 }  // namespace iconwright::kit

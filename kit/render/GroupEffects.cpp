@@ -32,6 +32,8 @@ Vector Light::towardLight() const {
 void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const Shadow& shadow, const Light& light,
                 double pixelsPerPoint) {
   if (shadow.kind == Shadow::Kind::none || shadow.opacity <= 0) return;
+  const auto box = coverage.bounds();
+  if (!box) return;
   const Vector away = light.towardLight();
   const int dx = int(std::lround(-away.dx * C::shadowOffset * pixelsPerPoint));
   const int dy = int(std::lround(-away.dy * C::shadowOffset * pixelsPerPoint));
@@ -40,14 +42,17 @@ void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const
   auto shade = Raster::create(canvas.width(), canvas.height());
   if (!shade) return;
   const int width = canvas.width(), height = canvas.height();
+  // Where the moved, blurred silhouette can reach.
+  const Mask::Box moved{box->minX + dx, box->minY + dy, box->maxX + dx, box->maxY + dy};
+  const Mask::Box area = grown(moved, int(std::ceil(3 * sigma)) + 2, width, height);
   if (shadow.kind == Shadow::Kind::layerColor) {
-    const Raster soft = blurred(group, sigma);
-    for (int y = 0; y < height; ++y) {
+    const Raster soft = blurred(group, sigma, *box);
+    for (int y = area.minY; y <= area.maxY; ++y) {
       const int sy = y - dy;
       if (sy < 0 || sy >= height) continue;
       const std::uint8_t* in = soft.row(sy);
       std::uint8_t* out = shade->row(y);
-      for (int x = 0; x < width; ++x) {
+      for (int x = area.minX; x <= area.maxX; ++x) {
         const int sx = x - dx;
         if (sx < 0 || sx >= width) continue;
         const float keep = opacity * (1 - coverage.row(y)[x]);
@@ -57,10 +62,10 @@ void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const
       }
     }
   } else {
-    const Mask soft = blurred(coverage, sigma);
-    for (int y = 0; y < height; ++y) {
+    const Mask soft = blurred(coverage, sigma, *box);
+    for (int y = area.minY; y <= area.maxY; ++y) {
       std::uint8_t* out = shade->row(y);
-      for (int x = 0; x < width; ++x) {
+      for (int x = area.minX; x <= area.maxX; ++x) {
         const float value = soft.at(x - dx, y - dy) * opacity * (1 - coverage.row(y)[x]);
         out[4 * x + 3] = toByte(value);
       }
@@ -76,37 +81,42 @@ void applyTranslucency(Raster& group, const Translucency& translucency) {
 
 void blurBackdrop(Raster& canvas, const Mask& coverage, double strength, double pixelsPerPoint) {
   if (strength <= 0) return;
-  const Raster soft = blurred(canvas, std::min(strength, 1.0) * C::maximumMaterialBlur * pixelsPerPoint);
-  auto pixels = canvas.pixels();
-  const auto blurredPixels = soft.pixels();
-  const auto values = coverage.values();
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const float t = values[i];
-    if (t <= 0) continue;
-    for (int c = 0; c < 4; ++c) {
-      const std::size_t k = 4 * i + c;
-      pixels[k] = toByte((pixels[k] * (1 - t) + blurredPixels[k] * t) / 255.0);
+  const auto box = coverage.bounds(0);
+  if (!box) return;
+  const Raster soft = blurred(canvas, std::min(strength, 1.0) * C::maximumMaterialBlur * pixelsPerPoint, *box);
+  for (int y = box->minY; y <= box->maxY; ++y) {
+    std::uint8_t* row = canvas.row(y);
+    const std::uint8_t* blurredRow = soft.row(y);
+    const float* t = coverage.row(y);
+    for (int x = box->minX; x <= box->maxX; ++x) {
+      if (t[x] <= 0) continue;
+      for (int c = 0; c < 4; ++c) {
+        const int k = 4 * x + c;
+        row[k] = toByte((row[k] * (1 - t[x]) + blurredRow[k] * t[x]) / 255.0);
+      }
     }
   }
 }
 
 void drawSpecular(Raster& canvas, const Mask& coverage, const Light& light, double pixelsPerPoint) {
+  const auto box = coverage.bounds(0);
+  if (!box) return;
   const double width = C::specularWidth * pixelsPerPoint;
   const Vector toward = light.towardLight();
   Mask edge(coverage.width(), coverage.height());
-  for (int y = 0; y < coverage.height(); ++y) {
+  for (int y = box->minY; y <= box->maxY; ++y) {
     const float* in = coverage.row(y);
     float* out = edge.row(y);
-    for (int x = 0; x < coverage.width(); ++x) {
+    for (int x = box->minX; x <= box->maxX; ++x) {
       if (in[x] <= 0) continue;
       const float outside = coverage.sample(x + toward.dx * width, y + toward.dy * width);
       out[x] = std::max(0.0f, in[x] - outside);
     }
   }
-  const Mask soft = blurred(edge, width / 2);
-  for (int y = 0; y < canvas.height(); ++y) {
+  const Mask soft = blurred(edge, width / 2, *box);
+  for (int y = box->minY; y <= box->maxY; ++y) {
     std::uint8_t* row = canvas.row(y);
-    for (int x = 0; x < canvas.width(); ++x) {
+    for (int x = box->minX; x <= box->maxX; ++x) {
       const float light = std::min(1.0f, soft.row(y)[x] * 1.5f) * coverage.row(y)[x] * float(C::specularOpacity);
       if (light >= 1.0f / 512) overWhiteAndBlack(row + 4 * x, light, 0);
     }
@@ -134,13 +144,15 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light) {
 }
 
 void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, double pixelsPerPoint) {
+  const auto box = coverage.bounds(0);
+  if (!box) return;
   const double width = C::glassRimWidth * pixelsPerPoint;
-  const Mask soft = blurred(coverage, width);
+  const Mask soft = blurred(coverage, width, *box);
   const Vector toward = light.towardLight();
-  for (int y = 0; y < coverage.height(); ++y) {
+  for (int y = box->minY; y <= box->maxY; ++y) {
     const float* in = coverage.row(y);
     std::uint8_t* out = overlay.row(y);
-    for (int x = 0; x < coverage.width(); ++x) {
+    for (int x = box->minX; x <= box->maxX; ++x) {
       if (in[x] <= 0) continue;
       const float rim = std::clamp((in[x] - soft.row(y)[x]) * 2.0f, 0.0f, 1.0f) * in[x];
       if (rim < 1.0f / 512) continue;
