@@ -3,10 +3,7 @@
 // pixels, tracing against potrace on the same mask, quadtree queries against scanning the
 // pixels under each query. bench/compare.sh prints the ratios.
 #include <benchmark/benchmark.h>
-#include <spawn.h>
 #include <spng.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -17,11 +14,10 @@
 #include <stdexcept>
 
 #include "bench/IconPicture.hpp"
+#include "bench/PeerProcess.hpp"
 #include "foundation/graphics/ImageDecoding.hpp"
 #include "foundation/graphics/PNGEncoding.hpp"
 #include "foundation/hitmask/HitMask.hpp"
-
-extern char** environ;
 
 namespace iconwright::bench {
 namespace {
@@ -177,34 +173,6 @@ void traceSmoothAndJudge(benchmark::State& state) {
   }
 }
 BENCHMARK(traceSmoothAndJudge)->Unit(benchmark::kMicrosecond);
-
-/// Runs a program to completion without a shell and gives the processor time it took (user and
-/// system), so that the figure doesn't depend on the load of the machine; absent when it can't
-/// be started or fails.
-std::optional<double> runProgram(std::vector<std::string> arguments) {
-  std::vector<char*> argv;
-  for (auto& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  if (posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0) return std::nullopt;
-  int status = 0;
-  rusage usage{};
-  if (wait4(pid, &status, 0, &usage) != pid) return std::nullopt;
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return std::nullopt;
-  const auto seconds = [](const timeval& t) { return double(t.tv_sec) + double(t.tv_usec) * 1e-6; };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-void timeProgram(benchmark::State& state, std::vector<std::string> arguments) {
-  for (auto _ : state) {
-    const auto seconds = runProgram(arguments);
-    if (!seconds) {
-      state.SkipWithError(("failed: " + arguments.front()).c_str());
-      break;
-    }
-    state.SetIterationTime(*seconds);
-  }
-}
 
 /// potrace on the same mask (covered pixels black), SVG output: processor time of the process.
 void peerPotrace(benchmark::State& state) {

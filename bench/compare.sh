@@ -1,28 +1,34 @@
 #!/bin/sh
-# Runs the hit mask benchmarks and prints each of our figures against its floor or peer, as a
-# ratio (below 1: faster than the floor or peer).
+# Runs the hit mask and asset benchmarks and prints each of our figures against its floor or
+# peer, as a ratio (below 1: faster than the floor or peer). The asset benchmarks need the corpus
+# in ../shared; without it they are reported as not measured.
 #   bench/compare.sh [build directory, default: build] [extra Google Benchmark options...]
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=${1:-$root/build}
 [ $# -gt 0 ] && shift
-program=$build/bench/bench_hitmask
-if [ ! -x "$program" ]; then
-  echo "error: $program is missing; build the target bench_hitmask first" >&2
-  exit 1
-fi
-results=$(mktemp)
+results=$(mktemp -d)
 log=$(mktemp)
-trap 'rm -f "$results" "$log"' EXIT
-if ! "$program" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
-  --benchmark_out="$results" --benchmark_out_format=json "$@" >/dev/null 2>"$log"; then
-  cat "$log" >&2
-  exit 1
-fi
+trap 'rm -rf "$results" "$log"' EXIT
+for name in bench_hitmask bench_assets; do
+  program=$build/bench/$name
+  if [ ! -x "$program" ]; then
+    echo "error: $program is missing; build the target $name first" >&2
+    exit 1
+  fi
+  if ! "$program" --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
+    --benchmark_out="$results/$name.json" --benchmark_out_format=json "$@" >/dev/null 2>"$log"; then
+    echo "$name did not run:" >&2
+    cat "$log" >&2
+    rm -f "$results/$name.json"
+  fi
+done
 python3 - "$results" <<'PYTHON'
-import json, sys
+import glob, json, os, sys
 
-runs = json.load(open(sys.argv[1]))
+runs = {"benchmarks": []}
+for path in sorted(glob.glob(os.path.join(sys.argv[1], "*.json"))):
+    runs["benchmarks"] += json.load(open(path))["benchmarks"]
 scale = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
 median = {}
 for run in runs["benchmarks"]:
@@ -52,4 +58,12 @@ show("trace, smooth, judge / potrace minus start", "traceSmoothAndJudge", "peerP
 show("build quadtree / read mask once", "buildQuadtree", "floorScanMaskOnce")
 show("10k small queries / scan per query", "quadtreeQueries/small", "floorScanPerQuery/small")
 show("10k large queries / scan per query", "quadtreeQueries/large", "floorScanPerQuery/large")
+show("SVG render / rsvg-convert process", "svgRender", "peerRsvgConvert")
+show("SVG render / rsvg-convert minus start", "svgRender", "peerRsvgConvert", "floorProcessStart")
+show("SVG hit mask / SVG render", "svgHitMask", "svgRender")
+show("SVG compound path / SVG render", "svgCompoundPath", "svgRender")
+show("PNG 64-pt thumbnail / vipsthumbnail process", "pngThumbnail64", "peerVipsthumbnail")
+show("PNG 64-pt thumbnail / vipsthumbnail minus start", "pngThumbnail64", "peerVipsthumbnail", "floorProcessStart")
+show("PNG stroke highlight / potrace process", "pngStrokeHighlight", "peerPotraceOnMask")
+show("PNG stroke highlight / potrace minus start", "pngStrokeHighlight", "peerPotraceOnMask", "floorProcessStart")
 PYTHON

@@ -9,7 +9,7 @@ packages=(
   libspng-dev libturbojpeg0-dev libjpeg62-turbo-dev libwebp-dev libtiff-dev libgif-dev libheif-dev
   liblcms2-dev libicu-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  fonts-dejavu-core potrace librsvg2-bin
+  fonts-dejavu-core potrace librsvg2-bin libvips-tools
 )
 
 missing=()

@@ -2,6 +2,7 @@
 // present and absent answers, masks and bounds, highlights, backstops and thumbnails.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -139,14 +140,17 @@ TEST(AssetQuestions, LargeBitmapsAreTracedAtMost1024PixelsASide) {
 }
 
 TEST(AssetQuestions, RaggedOutlinesGiveWayToTheCoverageBox) {
-  // A checkerboard patch traces into outlines whose 8-unit stretches barely advance.
-  std::vector<Rect> cells;
-  for (int y = 0; y < 40; ++y)
-    for (int x = (y % 2); x < 40; x += 2) cells.push_back(Rect::makeXYWH(10 + x, 5 + y, 1, 1));
-  const AssetFile file(pngOfRects(64, 64, cells));
+  // A comb of one-pixel teeth: its outline runs up and down without getting anywhere.
+  std::vector<Rect> rects{Rect::makeXYWH(10, 30, 40, 10)};
+  for (int x = 10; x < 50; x += 3) rects.push_back(Rect::makeXYWH(x, 5, 1, 25));
+  const AssetFile file(pngOfRects(64, 64, rects));
+  const auto mask = file.hitMask(pngContext());
+  ASSERT_TRUE(mask);
+  const auto outlines = mask->outlinePaths();
+  ASSERT_TRUE(std::ranges::any_of(outlines, [](const auto& outline) { return outline.smoothed().hasNoisyEdges(); }));
   const auto outline = file.strokeHighlight(pngContext());
   ASSERT_TRUE(outline);
-  EXPECT_EQ(*outline, Path::makeRect(Rect::makeXYWH(10, 5, 40, 40)));
+  EXPECT_EQ(*outline, Path::makeRect(Rect::makeXYWH(10, 5, 40, 35)));
 }
 
 TEST(AssetQuestions, FillHighlightAndBackstop) {
@@ -190,7 +194,9 @@ TEST(AssetQuestions, ThumbnailsFitTheFocusArea) {
     EXPECT_EQ(thumbnail->size(), (Size{64, 64}));
     EXPECT_EQ(alphaAt(*thumbnail, 32, 32), 255);
     EXPECT_EQ(alphaAt(*thumbnail, 32, 2) == 255, item.opaqueTopRow);
-    if (!item.opaqueTopRow) EXPECT_EQ(alphaAt(*thumbnail, 32, 2), 0);
+    if (!item.opaqueTopRow) {
+      EXPECT_EQ(alphaAt(*thumbnail, 32, 2), 0);
+    }
     EXPECT_EQ(file.nsThumbnail(specification)->pixels().data(), thumbnail->pixels().data());
   }
   const auto retina = file.cgThumbnail({{64, 64}, 2, std::nullopt, pngContext()});
@@ -217,6 +223,106 @@ TEST(AssetQuestions, PasteboardItemCarriesTheBytesUnmirrored) {
   ASSERT_TRUE(item);
   EXPECT_EQ(item->types(), std::vector<std::string>{"public.png"});
   EXPECT_EQ(item->dataForType("public.png"), png.bytes());
+}
+
+}  // namespace
+}  // namespace iconwright
+
+namespace iconwright {
+namespace {
+
+AssetFile svgFile(const std::string& text) { return AssetFile(AssetData::fromText(text)); }
+
+AssetFile::ResolutionContext svgContext(bool mirrored = false) {
+  AssetFile::ResolutionContext context = AssetFile::ResolutionContext::unqualified(FileType::svg());
+  context.mirrorBaseAsset = mirrored;
+  return context;
+}
+
+const char* const strokedSVG =
+    "<svg xmlns='http://www.w3.org/2000/svg' width='40.5' height='20' viewBox='0 0 40.5 20'>"
+    "<rect x='4' y='2' width='10' height='6' fill='red'/>"
+    "<rect x='20' y='10' width='12' height='4' fill='none' stroke='blue' stroke-width='4'/></svg>";
+
+TEST(AssetSVGQuestions, GeometryAndPixelsPartWays) {
+  const AssetFile file = svgFile(strokedSVG);
+  const auto image = file.image(svgContext());
+  ASSERT_TRUE(image && image->isSVG());
+  EXPECT_EQ(file.imageSize(svgContext()), (Size{40.5, 20}));
+  const auto raster = file.cgImage(svgContext());
+  ASSERT_TRUE(raster);
+  EXPECT_EQ(raster->size(), (Size{40, 20}));  // truncated to whole pixels
+  // Alignment follows the geometry; the stroke reaches 2 units further in pixels.
+  EXPECT_EQ(file.alignmentBounds(svgContext()), Rect::makeLTRB(4, 2, 32, 14));
+  EXPECT_EQ(file.visualBounds(svgContext()), Rect::makeLTRB(4, 2, 34, 16));
+  const auto outline = file.strokeHighlight(svgContext());
+  ASSERT_TRUE(outline);
+  EXPECT_EQ(outline->pathBoundingBox(), Rect::makeLTRB(4, 2, 32, 14));
+  // Without a view box the document has no compound path, so no alignment and no outline.
+  const AssetFile noViewBox = svgFile("<svg xmlns='http://www.w3.org/2000/svg' width='8' height='8'><rect width='4' height='4'/></svg>");
+  EXPECT_FALSE(noViewBox.alignmentBounds(svgContext()));
+  EXPECT_FALSE(noViewBox.strokeHighlight(svgContext()));
+  EXPECT_EQ(noViewBox.visualBounds(svgContext()), Rect::makeXYWH(0, 0, 4, 4));
+}
+
+TEST(AssetSVGQuestions, MirroredDocumentGivesTheMirrorImageMask) {
+  const AssetFile file = svgFile(strokedSVG);
+  const auto plain = file.hitMask(svgContext());
+  const auto mirrored = file.hitMask(svgContext(true));
+  ASSERT_TRUE(plain && mirrored);
+  // The canvas is 40.5 wide: mirroring happens about it, the raster keeps 40 columns.
+  EXPECT_EQ(file.alignmentBounds(svgContext(true)), Rect::makeLTRB(8.5, 2, 36.5, 14));
+  const AssetFile even = svgFile(
+      "<svg xmlns='http://www.w3.org/2000/svg' width='30' height='10' viewBox='0 0 30 10'>"
+      "<rect x='2' y='1' width='5' height='8'/><rect x='12' y='3' width='9' height='2' opacity='0.5'/></svg>");
+  const auto evenPlain = even.hitMask(svgContext());
+  const auto evenMirrored = even.hitMask(svgContext(true));
+  ASSERT_TRUE(evenPlain && evenMirrored);
+  EXPECT_NE(*evenPlain, *evenMirrored);
+  for (int y = 0; y < 10; ++y)
+    for (int x = 0; x < 30; ++x) ASSERT_EQ(evenMirrored->coverage(29 - x, y), evenPlain->coverage(x, y)) << x << "," << y;
+}
+
+TEST(AssetSVGQuestions, TypeAndColourSpaceDecideTheDocument) {
+  const std::size_t start = AssetFile::decodingCount();
+  const AssetFile file = svgFile(strokedSVG);
+  ASSERT_TRUE(file.image(svgContext()));
+  auto p3 = svgContext();
+  p3.assumedSVGColorSpace = AssumedSVGColorSpace::displayP3;
+  ASSERT_TRUE(file.image(p3));
+  (void)file.hitMask(p3);
+  (void)file.cgImage(p3);
+  EXPECT_EQ(AssetFile::decodingCount(), start + 2);
+  // Untagged red is sRGB red by default; taken as Display P3 it is a more saturated red.
+  const std::uint8_t* srgbRed = file.cgImage(svgContext())->row(4) + 4 * 8;
+  const std::uint8_t* p3Red = file.cgImage(p3)->row(4) + 4 * 8;
+  EXPECT_EQ(p3Red[2], 255);
+  EXPECT_EQ(p3Red[1], 0);
+  EXPECT_GT(srgbRed[1], 20);  // sRGB red lies inside Display P3: some green is needed
+
+  // Without an SVG type the text goes to the bitmap decoders and is no image.
+  EXPECT_FALSE(file.image(AssetFile::ResolutionContext::unqualified(FileType::png())));
+  // An SVG name over PNG bytes falls through to the bitmap.
+  const AssetFile png(testing::pngOfRects(5, 3, {}));
+  const auto image = png.image(svgContext());
+  ASSERT_TRUE(image && image->isBitmap());
+}
+
+TEST(AssetSVGQuestions, ThumbnailsDrawTheDocumentScaled) {
+  const AssetFile file = svgFile(
+      "<svg xmlns='http://www.w3.org/2000/svg' width='16' height='8' viewBox='0 0 16 8'>"
+      "<rect x='0' y='0' width='8' height='8'/></svg>");
+  const auto thumbnail = file.cgThumbnail({{32, 32}, 2, std::nullopt, svgContext()});
+  ASSERT_TRUE(thumbnail);
+  EXPECT_EQ(thumbnail->size(), (Size{64, 64}));
+  // 16 × 8 fitted into 64 × 64 pixels: the left half of a band of rows 16...48.
+  EXPECT_EQ(alphaAt(*thumbnail, 10, 32), 255);
+  EXPECT_EQ(alphaAt(*thumbnail, 54, 32), 0);
+  EXPECT_EQ(alphaAt(*thumbnail, 10, 8), 0);
+  const auto mirrored = file.cgThumbnail({{32, 32}, 2, std::nullopt, svgContext(true)});
+  ASSERT_TRUE(mirrored);
+  EXPECT_EQ(alphaAt(*mirrored, 10, 32), 0);
+  EXPECT_EQ(alphaAt(*mirrored, 54, 32), 255);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "foundation/document/IconComposition.hpp"
+#include "foundation/graphics/PNGEncoding.hpp"
 
 namespace iconwright {
 namespace {
@@ -164,6 +165,46 @@ TEST(LayerAssets, ResolutionContextMirrorsOnlyRightToLeftForMirrorableLayers) {
   EXPECT_FALSE(context.mirrorBaseAsset);
   EXPECT_EQ(context.assumedFileType, FileType::svg());
   EXPECT_EQ(Layer::create()->assetResolutionContext(iOSLight, Localization::base()).assumedFileType, std::nullopt);
+}
+
+}  // namespace
+}  // namespace iconwright
+
+namespace iconwright {
+namespace {
+
+TEST(LayerAssets, ContentSizeAndImageComeFromTheAsset) {
+  // A 12 × 20 canvas for the base slot, a 7 × 3 PNG for dark, a missing asset for iOS dark.
+  const std::string svg = "<svg xmlns='http://www.w3.org/2000/svg' width='12' height='20'><rect width='6' height='6'/></svg>";
+  std::vector<std::uint8_t> rgba(7 * 3 * 4, 255);
+  auto layer = Layer::create("Glyph");
+  auto group = Group::create("G", {layer});
+  AssetStore store;
+  store.set(AssetName("glyph.svg"), AssetFile(std::vector<std::uint8_t>(svg.begin(), svg.end())));
+  store.set(AssetName("dark.png"), AssetFile(*encodeRGBAPNG(rgba, 7, 3)));
+  auto composition = IconComposition::create({group}, store);
+  layer->setImageName(property<Layer::ImageName>(std::nullopt, {{SpecializationSlot::base, AssetName("glyph.svg")},
+                                                                {SpecializationSlot::dark, AssetName("dark.png")},
+                                                                {iOSDark, AssetName("missing.png")}}));
+
+  EXPECT_EQ(layer->contentSize(iOSLight), (Size{12, 20}));
+  EXPECT_EQ(layer->contentBounds(iOSLight), Rect::makeXYWH(0, 0, 12, 20));
+  const auto svgImage = layer->image(iOSLight, Localization::rightToLeft());
+  ASSERT_TRUE(svgImage);
+  EXPECT_TRUE(svgImage->isSVG());
+
+  const SpecializationSlot macDark{Idiom::macOS, Appearance::dark};
+  EXPECT_EQ(layer->contentSize(macDark), (Size{7, 3}));
+  EXPECT_EQ(layer->contentBounds(macDark), Rect::makeXYWH(0, 0, 7, 3));
+  ASSERT_TRUE(layer->image(macDark, Localization::base()));
+  EXPECT_TRUE(layer->image(macDark, Localization::base())->isBitmap());
+
+  EXPECT_EQ(layer->contentSize(iOSDark), std::nullopt);
+  EXPECT_EQ(layer->contentBounds(iOSDark), std::nullopt);
+  EXPECT_FALSE(layer->image(iOSDark, Localization::base()));
+
+  layer->removeFromGroup();
+  EXPECT_EQ(layer->contentSize(iOSLight), std::nullopt);
 }
 
 }  // namespace

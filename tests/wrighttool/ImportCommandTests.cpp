@@ -141,7 +141,9 @@ TEST(ImportCommand, FailuresWriteNothing) {
     const auto run = f.run(item.arguments);
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "");
-    if (!item.error.empty()) EXPECT_EQ(run.err, item.error);
+    if (!item.error.empty()) {
+      EXPECT_EQ(run.err, item.error);
+    }
     EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
     EXPECT_EQ(treeOf(f.root()), before);
   }
