@@ -10,7 +10,7 @@ build=${1:-$root/build}
 results=$(mktemp -d)
 log=$(mktemp)
 trap 'rm -rf "$results" "$log"' EXIT
-for name in bench_hitmask bench_assets; do
+for name in bench_hitmask bench_assets bench_geometry; do
   program=$build/bench/$name
   if [ ! -x "$program" ]; then
     echo "error: $program is missing; build the target $name first" >&2

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/tool/ClassRegistry.hpp"
 #include "foundation/tool/ToolCommandRegistry.hpp"
 
 namespace {
@@ -23,7 +24,12 @@ std::string helpText() {
   auto& registry = ToolCommandRegistry::shared();
   registry.loadKitIfPresent();
   std::string text = "usage: wrighttool [document] --command [--name [value]]...\n\ncommands:\n";
-  for (const auto& name : registry.availableCommandNames()) text += "  --" + name + "\n";
+  for (const auto& name : registry.availableCommandNames()) {
+    const auto registered = iconwright::ClassRegistry::shared().classNamed(ToolCommandRegistry::commandClassName(name));
+    text += "  --" + name;
+    if (registered && !registered->helpLine.empty()) text += " " + registered->helpLine;
+    text += "\n";
+  }
   return text;
 }
 

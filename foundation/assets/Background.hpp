@@ -21,6 +21,15 @@ struct Background {
 
     static constexpr double thumbnailDimension = 72;
     static constexpr Size thumbnailSize{thumbnailDimension, thumbnailDimension};
+    /// The largest side drawn at full size; a larger image is shown as a thumbnail of that side.
+    static constexpr double largestDrawnDimension = 6144;
+
+    /// The image, asked of the asset as its file name presumes. Up to largestDrawnDimension a
+    /// side, the asset drawn over opaque black (the backstop it is shown on); a larger one,
+    /// fitted into a square of that side, so that a huge image costs no more than that.
+    [[nodiscard]] std::optional<Image> cgImage() const;
+    /// The 72 x 72 thumbnail at `scale`, from the asset's thumbnail cache.
+    [[nodiscard]] std::optional<Image> swThumbnail(double scale) const;
 
     friend bool operator==(const Bitmap&, const Bitmap&) = default;
   };
@@ -52,6 +61,14 @@ struct Background {
   /// No bitmap, not preferring one, and white mixed 60 % of the way to black (extended gray
   /// 0.4). Made once.
   [[nodiscard]] static const Background& initial();
+
+  /// The bitmap with its image when one is preferred, present and has an image; the colour
+  /// otherwise.
+  [[nodiscard]] Resolved resolved() const;
+  /// That image, when a bitmap is preferred and present.
+  [[nodiscard]] std::optional<Image> bitmapToUse() const;
+  /// Opaque black under a bitmap in use; the colour otherwise.
+  [[nodiscard]] Color backstopColor() const;
 
   friend bool operator==(const Background&, const Background&) = default;
 };

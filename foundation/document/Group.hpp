@@ -15,7 +15,9 @@
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/Layer.hpp"
 #include "foundation/document/SharedGroupAndLayerProperties.hpp"
+#include "foundation/graphics/Geometry.hpp"
 #include "foundation/json/JSONValue.hpp"
+#include "foundation/platforms/GeometryResolutionContext.hpp"
 #include "foundation/specialization/SpecializableProperty.hpp"
 #include "foundation/values/EffectValues.hpp"
 #include "foundation/values/Position.hpp"
@@ -169,6 +171,16 @@ class Group final : public SharedGroupAndLayerProperties {
   /// written back. Neither observed nor undoable.
   [[nodiscard]] const JSONValue::Object& unknownManifestMembers() const { return unknownManifestMembers_; }
   void setUnknownManifestMembers(JSONValue::Object members) { unknownManifestMembers_ = std::move(members); }
+
+  // Geometry on a canvas (LayerGeometry.cpp).
+
+  /// The union of the layers' frames, hidden layers included; layers without an image add
+  /// nothing. Absent when no layer has a frame.
+  [[nodiscard]] std::optional<Rect> boundingFrame(const GeometryResolutionContext& context) const;
+  /// The same with the layers' visual frames.
+  [[nodiscard]] std::optional<Rect> boundingVisualFrame(const GeometryResolutionContext& context) const;
+  /// Whether a layer is hit at the point, asking them front (index 0) first.
+  [[nodiscard]] bool hitTest(Point logicalPoint, const GeometryResolutionContext& context) const;
 
  private:
   friend struct detail::ChildLinks<Group, Layer>;

@@ -189,6 +189,13 @@ class IconComposition final : public IconwrightDocumentMember {
   /// automatic fill always does.
   [[nodiscard]] bool shouldAutoAdaptAppearance(const SpecializationSlot& slot) const;
 
+  // Hit testing of the whole icon (LayerGeometry.cpp): against the outline of the platform's
+  // backdrop, by the winding rule.
+
+  [[nodiscard]] bool hitTest(Point logicalPoint, const GeometryResolutionContext& context) const;
+  /// Whether the rectangle meets the outline's area.
+  [[nodiscard]] bool hitTest(const Rect& logicalRect, const GeometryResolutionContext& context) const;
+
   // Assets.
 
   /// Walks the groups in order and their layers.

@@ -13,6 +13,7 @@
 
 #include "foundation/assets/AssetFile.hpp"
 #include "foundation/assets/AssetName.hpp"
+#include "foundation/assets/RenderingConfiguration.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/SharedGroupAndLayerProperties.hpp"
 #include "foundation/graphics/Geometry.hpp"
@@ -186,6 +187,42 @@ class Layer final : public SharedGroupAndLayerProperties {
   [[nodiscard]] AffineTransform transformFromChicletSpaceToFrame(const GeometryResolutionContext& context) const {
     return transformFromFrameToChicletSpace(context).inverted();
   }
+  /// The frame transform, then the layer's scale, then back by half the unlocalized content
+  /// size: the asset is centred on the layer's position. Absent without an image.
+  [[nodiscard]] std::optional<AffineTransform> transformFromBoundToChicletSpace(
+      const GeometryResolutionContext& context) const;
+  [[nodiscard]] std::optional<AffineTransform> transformFromChicletSpaceToBounds(
+      const GeometryResolutionContext& context) const;
+  /// Canvas points to pixels (or SVG units) of the asset resolved for the context's
+  /// localization: one factor, the asset's width over the placed width, for both axes.
+  /// Absent without an image.
+  [[nodiscard]] std::optional<AffineTransform> transformFromLogicalToAssetSpace(
+      const GeometryResolutionContext& context) const;
+  [[nodiscard]] std::optional<AffineTransform> transformFromAssetToLogicalSpace(
+      const GeometryResolutionContext& context) const;
+  /// The content bounds on the canvas.
+  [[nodiscard]] std::optional<Rect> frame(const GeometryResolutionContext& context) const;
+  /// The asset's visual bounds (every pixel with coverage) for the context's localization,
+  /// on the canvas.
+  [[nodiscard]] std::optional<Rect> visualFrame(const GeometryResolutionContext& context) const;
+  /// The asset's alignment bounds (an SVG's geometry, a bitmap's coverage) on the canvas.
+  [[nodiscard]] std::optional<Rect> alignmentFrame(const GeometryResolutionContext& context) const;
+  /// A canvas point in bounds space, and back; (0, 0) without an image.
+  [[nodiscard]] Point boundsPoint(Point chicletPoint, const GeometryResolutionContext& context) const;
+  [[nodiscard]] Point chicletPoint(Point boundsPoint, const GeometryResolutionContext& context) const;
+
+  /// Whether the asset covers the pixel under a canvas point. Never for a free layer, a
+  /// point outside the icon's shape, a hidden layer (here or by its group), or an asset
+  /// without an image or a mask.
+  [[nodiscard]] bool hitTest(Point logicalPoint, const GeometryResolutionContext& context) const;
+  /// Whether any covered pixel of the asset meets the canvas rectangle. Never for a hidden
+  /// layer or an asset without an image; the icon's shape plays no part.
+  [[nodiscard]] bool hitTest(const Rect& logicalRect, const GeometryResolutionContext& context) const;
+
+  /// assetResolutionContext for the validated slot and the localization of a configuration,
+  /// or for the slot and localization of a geometry context.
+  [[nodiscard]] AssetFile::ResolutionContext assetResolutionContext(const RenderingConfiguration& configuration) const;
+  [[nodiscard]] AssetFile::ResolutionContext assetResolutionContext(const GeometryResolutionContext& context) const;
 
  private:
   friend struct detail::ChildLinks<Group, Layer>;

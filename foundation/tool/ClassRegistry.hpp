@@ -32,6 +32,9 @@ struct RegisteredClass {
   std::function<ToolCommandArguments::Grammar()> argumentGrammar;
   /// Commands only: makes an instance from parsed arguments.
   std::function<std::shared_ptr<ToolCommand>(ToolCommandArguments)> make;
+  /// Commands only: what --help prints after the command's name (its arguments and what it
+  /// does), or empty.
+  std::string helpLine;
 
   /// A class that is not a command.
   template <class T>

@@ -8,6 +8,7 @@
 #include <concepts>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <vector>
 
@@ -69,7 +70,20 @@ class ToolCommand {
                            &argumentGrammarOf<T>,
                            [](Arguments arguments) -> std::shared_ptr<ToolCommand> {
                              return std::make_shared<T>(std::move(arguments));
-                           }};
+                           },
+                           helpLineOf<T>()};
+  }
+
+  /// T::helpLine() when T declares it (one line: its arguments and what it does), else empty.
+  template <class T>
+  [[nodiscard]] static std::string helpLineOf() {
+    if constexpr (requires {
+                    { T::helpLine() } -> std::convertible_to<std::string_view>;
+                  }) {
+      return std::string(T::helpLine());
+    } else {
+      return {};
+    }
   }
 
   /// The sink set for the whole process, if any.

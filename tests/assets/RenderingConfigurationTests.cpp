@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/assets/AssetPictures.hpp"
+
 namespace iconwright {
 namespace {
 
@@ -82,6 +84,43 @@ TEST(Background, InitialIsAMidGrayWithoutBitmap) {
   EXPECT_FALSE(initial.bitmap.has_value());
   EXPECT_EQ(initial.color, Color::extendedGray(0.4, 1));
   EXPECT_EQ(Background::Bitmap::thumbnailSize, (Size{72, 72}));
+}
+
+TEST(Background, ResolvesToTheBitmapOnlyWhenPreferredAndDecodable) {
+  const Background::Bitmap picture{{AssetName("Backdrop.png"),
+                                    AssetFile(testing::pngOfRects(40, 30, {Rect::makeXYWH(0, 0, 20, 30)}))}};
+  const Background::Bitmap broken{{AssetName("Broken.png"), AssetFile(std::vector<std::uint8_t>{1, 2, 3})}};
+  const Color teal = Color::sRGB(0, 0.5, 0.5, 1);
+  struct Row {
+    const char* label;
+    bool preferBitmap;
+    std::optional<Background::Bitmap> bitmap;
+    bool resolvesToBitmap;
+  };
+  const Row rows[] = {{"preferred, no bitmap", true, std::nullopt, false},
+                      {"bitmap, not preferred", false, picture, false},
+                      {"preferred, undecodable", true, broken, false},
+                      {"preferred and decodable", true, picture, true}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.label);
+    const Background background{row.preferBitmap, teal, row.bitmap};
+    const auto resolved = background.resolved();
+    if (row.resolvesToBitmap) {
+      ASSERT_NE(resolved.bitmap(), nullptr);
+      EXPECT_EQ(resolved.bitmap()->namedImageAsset.name, AssetName("Backdrop.png"));
+      EXPECT_EQ(resolved.bitmap()->image.size(), (Size{40, 30}));
+      EXPECT_TRUE(resolved.bitmap()->image.isOpaque()) << "drawn over its black backstop";
+      EXPECT_EQ(background.backstopColor(), Color::extendedGray(0, 1));
+    } else {
+      ASSERT_NE(resolved.color(), nullptr);
+      EXPECT_EQ(*resolved.color(), teal);
+      EXPECT_EQ(background.backstopColor(), teal);
+      EXPECT_EQ(background.bitmapToUse(), std::nullopt);
+    }
+  }
+  const auto thumbnail = picture.swThumbnail(2);
+  ASSERT_TRUE(thumbnail.has_value());
+  EXPECT_EQ(thumbnail->size(), (Size{144, 144}));
 }
 
 }  // namespace
