@@ -1,0 +1,116 @@
+#include "kit/render/IconRenderer.hpp"
+
+#include <algorithm>
+
+#include "kit/render/FillPaint.hpp"
+#include "kit/render/GroupEffects.hpp"
+#include "kit/render/RenditionStyle.hpp"
+
+namespace iconwright::kit {
+
+IconRenderer::IconRenderer(const IconComposition& icon, ResolvedRendering rendering, RenderStyle style,
+                           LayerPainter layerPainter)
+    : icon_(icon), rendering_(std::move(rendering)), style_(std::move(style)), layerPainter_(std::move(layerPainter)) {}
+
+AffineTransform IconRenderer::canvasTransform(Platform platform, int pixelWidth, int pixelHeight) {
+  const double side = std::min(pixelWidth, pixelHeight);
+  const double scale = side / extendedCanvasSize(platform).width;
+  return {scale, 0, 0, scale, (pixelWidth - side) / 2, (pixelHeight - side) / 2};
+}
+
+std::optional<Raster> IconRenderer::render(int pixelWidth, int pixelHeight) const {
+  auto canvas = Raster::create(pixelWidth, pixelHeight);
+  if (!canvas) return std::nullopt;
+  const AffineTransform transform = canvasTransform(rendering_.platform, pixelWidth, pixelHeight);
+  const Path& chiclet = chicletBoundingPath(rendering_.platform);
+  const Rect box = extendedCanvasBounds(rendering_.platform);
+  const Rendition rendition = rendering_.rendition;
+  const bool restyled = isTintedOrClear(rendition);
+
+  const Fill& backdrop = restyled ? renditionBackdrop(rendition) : icon_.fill().effectiveValue(rendering_.slot);
+  {
+    Painter painter(*canvas);
+    painter.setTransform(transform);
+    if (auto paint = fillPaint(backdrop, box, isLight(rendition))) painter.fillPath(chiclet, *paint);
+  }
+
+  // Tinted and clear renditions restyle the content alone, then lay it over their backdrop.
+  std::optional<Raster> content;
+  if (restyled) content = Raster::create(pixelWidth, pixelHeight);
+  Raster& target = restyled ? *content : *canvas;
+  const auto& groups = icon_.groups();
+  for (auto group = groups.rbegin(); group != groups.rend(); ++group) {
+    if ((*group)->isHidden().effectiveValue(rendering_.slot)) continue;
+    renderGroup(target, **group, transform);
+  }
+  if (restyled) {
+    if (rendition == Rendition::lightTint || rendition == Rendition::darkTint) {
+      applyTint(*content, workingColor(style_.tintColor), style_.tintStrength);
+    } else {
+      applyClear(*content, isLight(rendition));
+    }
+    Painter(*canvas).composite(*content);
+  }
+
+  Painter clip(*canvas);
+  clip.setTransform(transform);
+  clip.fillPath(chiclet, Paint::solid({1, 1, 1, 1}), CompositeOperator::destinationIn);
+  return canvas;
+}
+
+void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineTransform& transform) const {
+  const SpecializationSlot& slot = rendering_.slot;
+  const double groupOpacity = std::clamp(group.opacity().effectiveValue(slot), 0.0, 1.0);
+  if (groupOpacity <= 0) return;
+  const double pixelsPerPoint = transform.a;
+  const Light light{style_.lightAngle};
+  const bool lightAppearance = isLight(rendering_.rendition);
+  auto body = Raster::create(target.width(), target.height());
+  if (!body) return;
+  std::optional<Raster> glass;
+
+  const bool individualLighting = group.lighting().effectiveValue(slot) == Lighting::individual;
+  const auto& layers = group.layers();
+  for (auto it = layers.rbegin(); it != layers.rend(); ++it) {
+    const Layer& layer = **it;
+    if (!layer.shouldParticipateInRendering(slot)) continue;
+    auto raster = Raster::create(target.width(), target.height());
+    if (!raster) return;
+    std::optional<Rect> frame;
+    {
+      Painter painter(*raster);
+      painter.setTransform(transform);
+      frame = layerPainter_(painter, layer);
+      if (!frame) continue;
+      // A fill of its own replaces the layer's colours inside its alpha.
+      const Fill& fill = layer.fill().effectiveValue(slot);
+      if (fill.kind != Fill::Kind::automatic && fill.kind != Fill::Kind::none) {
+        if (auto paint = fillPaint(fill, *frame, lightAppearance)) painter.paint(*paint, CompositeOperator::in);
+      }
+    }
+    const Mask coverage = raster->alphaMask();
+    if (individualLighting) applyLighting(*raster, coverage, light);
+    if (layer.isGlass().effectiveValue(slot)) {
+      if (!glass) glass = Raster::create(target.width(), target.height());
+      if (glass) addGlassRim(*glass, coverage, light, pixelsPerPoint);
+    }
+    Painter(*body).composite(*raster, compositeOperator(layer.blendMode().effectiveValue(slot)),
+                             std::clamp(layer.opacity().effectiveValue(slot), 0.0, 1.0));
+  }
+
+  const Mask coverage = body->alphaMask();
+  if (!individualLighting) applyLighting(*body, coverage, light);
+  drawShadow(target, *body, coverage, group.shadow().effectiveValue(slot), light, pixelsPerPoint);
+  applyTranslucency(*body, group.translucency().effectiveValue(slot));
+  blurBackdrop(target, coverage, group.blurMaterial().effectiveValue(slot).effectiveStrength(), pixelsPerPoint);
+  Painter painter(target);
+  painter.composite(*body, compositeOperator(group.blendMode().effectiveValue(slot)), groupOpacity);
+  if (group.specular().effectiveValue(slot)) {
+    Mask faded = coverage;
+    for (float& value : faded.values()) value *= float(groupOpacity);
+    drawSpecular(target, faded, light, pixelsPerPoint);
+  }
+  if (glass) painter.composite(*glass, CompositeOperator::over, groupOpacity);
+}
+
+}  // namespace iconwright::kit

@@ -1,0 +1,102 @@
+// Raster and Mask: the renderer's working surfaces. A Raster holds premultiplied 8-bit BGRA
+// pixels in the byte order cairo's ARGB32 uses on this machine, so that Painter can draw into
+// it and the effects can read and write it directly; its colours are in the working space
+// (Display P3). A Mask is one float a pixel in 0...1: coverage, light, the alpha of a raster.
+// Both are plain values; moving them is cheap, copying copies the pixels.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "foundation/graphics/ColorSpace.hpp"
+#include "foundation/graphics/Image.hpp"
+
+namespace iconwright::kit {
+
+/// Straight colour components in the working space, each in 0...1.
+struct RGBA {
+  double red = 0;
+  double green = 0;
+  double blue = 0;
+  double alpha = 0;
+
+  friend bool operator==(const RGBA&, const RGBA&) = default;
+};
+
+class Mask {
+ public:
+  Mask(int width, int height, float value = 0);
+
+  [[nodiscard]] int width() const { return width_; }
+  [[nodiscard]] int height() const { return height_; }
+  [[nodiscard]] std::span<float> values() { return values_; }
+  [[nodiscard]] std::span<const float> values() const { return values_; }
+  [[nodiscard]] float* row(int y) { return values_.data() + std::size_t(y) * std::size_t(width_); }
+  [[nodiscard]] const float* row(int y) const { return values_.data() + std::size_t(y) * std::size_t(width_); }
+  /// 0 outside the mask.
+  [[nodiscard]] float at(int x, int y) const {
+    return (x < 0 || y < 0 || x >= width_ || y >= height_) ? 0.0f : row(y)[x];
+  }
+  /// The value at a fractional position, bilinear; 0 beyond the edges.
+  [[nodiscard]] float sample(double x, double y) const;
+  /// The smallest pixel box holding every value above `threshold`; absent when none is.
+  struct Box {
+    int minX, minY, maxX, maxY;  // inclusive
+  };
+  [[nodiscard]] std::optional<Box> bounds(float threshold = 1.0f / 512) const;
+
+ private:
+  int width_;
+  int height_;
+  std::vector<float> values_;
+};
+
+class Raster {
+ public:
+  static constexpr std::size_t bytesPerPixel = 4;
+  // Byte offsets of the channels in a pixel.
+  static constexpr int blue = 0, green = 1, red = 2, alpha = 3;
+
+  /// A transparent raster; absent when a side is below 1 or the size is beyond Image's limits.
+  [[nodiscard]] static std::optional<Raster> create(int width, int height);
+  /// The image's pixels, converted into Display P3 first.
+  [[nodiscard]] static Raster fromImage(const Image& image);
+
+  [[nodiscard]] int width() const { return width_; }
+  [[nodiscard]] int height() const { return height_; }
+  [[nodiscard]] std::size_t bytesPerRow() const { return std::size_t(width_) * bytesPerPixel; }
+  [[nodiscard]] std::span<std::uint8_t> pixels() { return pixels_; }
+  [[nodiscard]] std::span<const std::uint8_t> pixels() const { return pixels_; }
+  [[nodiscard]] std::uint8_t* row(int y) { return pixels_.data() + std::size_t(y) * bytesPerRow(); }
+  [[nodiscard]] const std::uint8_t* row(int y) const { return pixels_.data() + std::size_t(y) * bytesPerRow(); }
+
+  /// Every pixel transparent again.
+  void clear();
+  /// The straight colour of one pixel (transparent black for alpha 0).
+  [[nodiscard]] RGBA colorAt(int x, int y) const;
+  /// The alpha channel as coverage.
+  [[nodiscard]] Mask alphaMask() const;
+  /// Multiplies every channel (and so the alpha) by the mask's value at the pixel.
+  void multiplyByMask(const Mask& mask);
+  /// Multiplies every channel by a constant in 0...1.
+  void multiplyBy(double factor);
+  /// An image of these pixels tagged Display P3.
+  [[nodiscard]] Image makeImage() const;
+
+ private:
+  Raster(int width, int height) : width_(width), height_(height), pixels_(std::size_t(width) * height * 4, 0) {}
+
+  int width_;
+  int height_;
+  std::vector<std::uint8_t> pixels_;
+};
+
+/// Clamps to 0...255 and rounds to nearest.
+[[nodiscard]] inline std::uint8_t toByte(double value) {
+  const double v = value * 255.0 + 0.5;
+  return v <= 0 ? 0 : v >= 255 ? 255 : std::uint8_t(v);
+}
+
+}  // namespace iconwright::kit
