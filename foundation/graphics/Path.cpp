@@ -355,7 +355,9 @@ void Path::addEllipse(const Rect& rect) {
 
 void Path::addPath(const Path& other, const AffineTransform& transform) {
   if (other.isEmpty()) return;
-  elements_.reserve(elements_.size() + other.elements_.size());
+  // Grow geometrically: an exact reservation on every call would copy the path each time.
+  const std::size_t needed = elements_.size() + other.elements_.size();
+  if (needed > elements_.capacity()) elements_.reserve(std::max(needed, 2 * elements_.capacity()));
   for (PathElement e : other.elements_) {
     for (std::size_t i = 0; i < e.pointCount(); ++i) e.points[i] = e.points[i].applying(transform);
     elements_.push_back(e);

@@ -139,6 +139,22 @@ TEST(AssetQuestions, LargeBitmapsAreTracedAtMost1024PixelsASide) {
   }
 }
 
+TEST(AssetQuestions, ManyOutlinesKeepTheirOrderWhenSmoothedInParallel) {
+  // 128 × 128 squares of 6 pixels: enough outline points for the parallel loop.
+  std::vector<Rect> squares;
+  for (int y = 0; y < 1024; y += 8)
+    for (int x = 0; x < 1024; x += 8) squares.push_back(Rect::makeXYWH(x + 1, y + 1, 6, 6));
+  const AssetFile file(pngOfRects(1024, 1024, squares));
+  const auto outline = file.strokeHighlight(pngContext());
+  ASSERT_TRUE(outline);
+  std::vector<Point> starts;
+  for (const auto& element : outline->elements())
+    if (element.kind == PathElement::Kind::moveTo) starts.push_back(element.points[0]);
+  ASSERT_EQ(starts.size(), squares.size());
+  for (std::size_t i = 0; i < squares.size(); ++i) ASSERT_EQ(starts[i], squares[i].origin) << i;
+  EXPECT_EQ(outline->pathBoundingBox(), Rect::makeLTRB(1, 1, 1023, 1023));
+}
+
 TEST(AssetQuestions, RaggedOutlinesGiveWayToTheCoverageBox) {
   // A comb of one-pixel teeth: its outline runs up and down without getting anywhere.
   std::vector<Rect> rects{Rect::makeXYWH(10, 30, 40, 10)};
