@@ -7,7 +7,7 @@
 #   P/share/man/man1/wrighttool.1, P/share/bash-completion/completions/wrighttool
 #   P/share/doc/iconwright/            README, docs and the embedding example
 # Every file refers to the others by relative paths, so the tree may be moved as a whole.
-# The build directory itself is not affected: programs there keep their build run paths.
+# The programs in the build directory run there as before.
 include(CMakePackageConfigHelpers)
 
 set(ICONWRIGHT_FRAMEWORKS_DIR ${CMAKE_INSTALL_LIBDIR}/iconwright)
@@ -99,7 +99,12 @@ if(TARGET wrighttool)
   list(FILTER command_sources EXCLUDE REGEX "/main\\.cpp$")
   add_executable(wrighttool_completion_data ${PROJECT_SOURCE_DIR}/packaging/completion/CompletionData.cpp
     ${command_sources})
-  target_link_libraries(wrighttool_completion_data PRIVATE IconwrightFoundation)
+  get_target_property(command_libraries wrighttool LINK_LIBRARIES)
+  get_target_property(command_definitions wrighttool COMPILE_DEFINITIONS)
+  target_link_libraries(wrighttool_completion_data PRIVATE ${command_libraries})
+  if(command_definitions)
+    target_compile_definitions(wrighttool_completion_data PRIVATE ${command_definitions})
+  endif()
   set_target_properties(wrighttool_completion_data PROPERTIES
     BUILD_RPATH "${CMAKE_BINARY_DIR}/IconwrightFoundation.framework")
   set(completion_template ${PROJECT_SOURCE_DIR}/packaging/completion/wrighttool.bash.in)
