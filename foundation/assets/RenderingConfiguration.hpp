@@ -56,7 +56,7 @@ struct RenderingConfiguration {
   }
 
   /// 0.25 ... 1.0.
-  static constexpr ClosedRange tintLogicalAlphaRange = iconwright::tintLogicalAlphaRange;
+  static constexpr ClosedRange<double> tintLogicalAlphaRange = iconwright::tintLogicalAlphaRange;
   [[nodiscard]] static const std::array<Color, 7>& tintLogicalSpectrumColors() {
     return iconwright::tintLogicalSpectrumColors();
   }

@@ -12,6 +12,7 @@
 #include "foundation/platforms/Rendition.hpp"
 #include "foundation/support/Enumeration.hpp"
 #include "foundation/values/Color.hpp"
+#include "foundation/support/CoreAdditions.hpp"
 
 namespace iconwright {
 
@@ -51,15 +52,6 @@ inline constexpr std::array<InspectedTintMode, 4> inspectedTintModesDisplayOrder
     InspectedTintMode::lightClear, InspectedTintMode::darkClear, InspectedTintMode::lightTint,
     InspectedTintMode::darkTint};
 
-/// A closed range of doubles.
-struct ClosedRange {
-  double lowerBound = 0;
-  double upperBound = 0;
-
-  [[nodiscard]] constexpr bool contains(double value) const { return value >= lowerBound && value <= upperBound; }
-  friend constexpr bool operator==(const ClosedRange&, const ClosedRange&) = default;
-};
-
 /// One colour of a gradient at a location from 0 (start) to 1 (end).
 struct GradientStop {
   Color color;
@@ -69,7 +61,7 @@ struct GradientStop {
 };
 
 /// The logical alpha a tint is given: 0.25 ... 1.0.
-inline constexpr ClosedRange tintLogicalAlphaRange{0.25, 1.0};
+inline constexpr ClosedRange<double> tintLogicalAlphaRange{0.25, 1.0};
 
 /// The spectrum's colours as hexadecimal texts of four bytes, red, green and blue first. The
 /// first and the last are equal, closing the spectrum into a ring of hues.

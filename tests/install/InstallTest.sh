@@ -50,7 +50,7 @@ fi
 # --help and --version answer as the build's program does.
 help=$("$tool" --help)
 expect_equal "--help of the installed program" "$("$build/wrighttool" --help)" "$help"
-commands=$(sed -n 's/^  --\([a-z0-9-]*\)$/\1/p' <<<"$help")
+commands=$(sed -n 's/^  --\([a-z0-9-]*\)\( .*\)\{0,1\}$/\1/p' <<<"$help")
 [[ $commands == *upgrade* ]] || fail "--help lists no --upgrade: $help"
 version=$("$tool" --version)
 [[ $version =~ ^wrighttool\ [0-9]+\.[0-9]+\.[0-9]+$ ]] || fail "--version prints \"$version\""

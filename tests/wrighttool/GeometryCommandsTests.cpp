@@ -274,8 +274,8 @@ TEST(GeometryCommands, EveryCorpusPackageAnswersOnEveryPlatform) {
 TEST(GeometryCommands, HelpShowsTheirArguments) {
   const ProgramRun run = testing::runWrighttool({"--help"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_NE(run.out.find("\n  --inspect [--platform P] [--rendition R] [--language ID]: "), std::string::npos) << run.out;
-  EXPECT_NE(run.out.find("\n  --hit-test --platform P --x X --y Y [--width W --height H] [--rendition R]: "),
+  EXPECT_NE(run.out.find(" DOC [--platform P] [--rendition R] [--language ID]: "), std::string::npos) << run.out;
+  EXPECT_NE(run.out.find(" DOC --platform P --x X --y Y [--width W --height H] [--rendition R]: "),
             std::string::npos)
       << run.out;
 }
