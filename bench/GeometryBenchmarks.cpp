@@ -2,11 +2,6 @@
 // (every layer's frames, which decode each asset and build its hit mask) against `--upgrade`
 // (reading and writing the same package). bench/compare.sh prints the ratio.
 #include <benchmark/benchmark.h>
-#include <spawn.h>
-#include <fcntl.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -16,9 +11,8 @@
 #include <vector>
 
 #include "bench/IconPicture.hpp"
+#include "bench/PeerProcess.hpp"
 #include "foundation/graphics/PNGEncoding.hpp"
-
-extern char** environ;
 
 namespace iconwright::bench {
 namespace {
@@ -70,38 +64,6 @@ struct Fixture {
 const Fixture& fixture() {
   static const Fixture f;
   return f;
-}
-
-/// Runs a program to completion without a shell, its output discarded, and gives the
-/// processor time it took (user and system); absent when it can't be started or fails.
-std::optional<double> runProgram(std::vector<std::string> arguments) {
-  std::vector<char*> argv;
-  for (auto& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  pid_t pid = 0;
-  const int started = posix_spawn(&pid, argv[0], &actions, nullptr, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  if (started != 0) return std::nullopt;
-  int status = 0;
-  rusage usage{};
-  if (wait4(pid, &status, 0, &usage) != pid) return std::nullopt;
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return std::nullopt;
-  const auto seconds = [](const timeval& t) { return double(t.tv_sec) + double(t.tv_usec) * 1e-6; };
-  return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-void timeProgram(benchmark::State& state, std::vector<std::string> arguments) {
-  for (auto _ : state) {
-    const auto seconds = runProgram(arguments);
-    if (!seconds) {
-      state.SkipWithError(("failed: " + arguments.front() + " " + arguments.at(2)).c_str());
-      break;
-    }
-    state.SetIterationTime(*seconds);
-  }
 }
 
 void inspectCommand(benchmark::State& state) {

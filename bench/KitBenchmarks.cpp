@@ -7,9 +7,6 @@
 //   exportImage18        one --export-image of that document at 1024 × 1024
 //   exportImagePeakMemory  the largest resident size of one 1024² export, as a counter (MiB)
 #include <benchmark/benchmark.h>
-#include <spawn.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,44 +17,13 @@
 #include <string>
 #include <vector>
 
-extern char** environ;
+#include "bench/PeerProcess.hpp"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-struct ProcessCost {
-  double seconds = 0;
-  double peakMiB = 0;
-};
-
-std::optional<ProcessCost> runProgram(std::vector<std::string> arguments) {
-  std::vector<char*> argv;
-  for (auto& argument : arguments) argv.push_back(argument.data());
-  argv.push_back(nullptr);
-  pid_t pid = 0;
-  if (posix_spawn(&pid, argv[0], nullptr, nullptr, argv.data(), environ) != 0) return std::nullopt;
-  int status = 0;
-  rusage usage{};
-  if (wait4(pid, &status, 0, &usage) != pid) return std::nullopt;
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return std::nullopt;
-  const auto seconds = [](const timeval& t) { return double(t.tv_sec) + double(t.tv_usec) * 1e-6; };
-  return ProcessCost{seconds(usage.ru_utime) + seconds(usage.ru_stime), double(usage.ru_maxrss) / 1024};
-}
-
-void timeProgram(benchmark::State& state, const std::vector<std::string>& arguments) {
-  double peak = 0;
-  for (auto _ : state) {
-    const auto cost = runProgram(arguments);
-    if (!cost) {
-      state.SkipWithError(("failed: " + arguments.front()).c_str());
-      return;
-    }
-    peak = std::max(peak, cost->peakMiB);
-    state.SetIterationTime(cost->seconds);
-  }
-  state.counters["peak_MiB"] = peak;
-}
+using iconwright::bench::timeProgram;
 
 fs::path scratch() {
   static const fs::path directory = [] {

@@ -11,11 +11,21 @@
 
 namespace iconwright::bench {
 
+/// What one run of a program cost: processor time in seconds and its largest resident size.
+struct ProcessCost {
+  double seconds = 0;
+  double peakMiB = 0;
+};
+
+/// Runs the program with its standard output sent to /dev/null; absent when it can't be
+/// started or fails.
+std::optional<ProcessCost> measureProgram(std::vector<std::string> arguments);
+
 /// The processor time in seconds; absent when the program can't be started or fails.
 std::optional<double> runProgram(std::vector<std::string> arguments);
 
-/// One run of the program per iteration, as manual time (use with UseManualTime()). A failed
-/// run ends the benchmark with an error.
+/// One run of the program per iteration, as manual time (use with UseManualTime()), with the
+/// largest resident size as the counter "peak_MiB". A failed run ends the benchmark with an error.
 void timeProgram(benchmark::State& state, std::vector<std::string> arguments);
 
 }  // namespace iconwright::bench
