@@ -103,9 +103,13 @@ fi
 
 # The embedding example, copied from the installed documents, built both ways and run.
 example_output="$source/examples/Example.icon: 1 group
+on iOS:
 group 1: Badge
   layer 1: Badge
-    image: Badge.svg"
+    image: Badge.svg
+    image size: 1024 x 1024
+    visual frame: (192, 192, 640 x 640)
+the centre hits: Badge"
 cp -r "$prefix/share/doc/iconwright/examples/embed" "$work/embed-cmake"
 cp -r "$prefix/share/doc/iconwright/examples/embed" "$work/embed-make"
 cmake -S "$work/embed-cmake" -B "$work/embed-cmake/build" -G Ninja -DCMAKE_PREFIX_PATH="$prefix" >"$work/embed.log"
