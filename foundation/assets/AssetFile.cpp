@@ -193,9 +193,9 @@ std::optional<Image> AssetFile::cgImage(const ResolutionContext& context) const 
   return variant.cgImage(key);
 }
 
-std::optional<Image> AssetFile::cgBacktoppedImage(const BacktoppedImageSpecification& specification) const {
-  const auto [variant, key] = resolve(specification.context);
-  return variant.cgBacktoppedImage({specification.backstopColor, key});
+std::optional<Image> AssetFile::cgBacktoppedImage(const BacktoppedImageSpecification& request) const {
+  const auto [variant, key] = resolve(request.context);
+  return variant.cgBacktoppedImage({request.backstopColor, key});
 }
 
 std::optional<Image> AssetFile::swImage(const ResolutionContext& context) const {
@@ -213,14 +213,14 @@ std::optional<Path> AssetFile::strokeHighlight(const ResolutionContext& context)
   return variant.strokeHighlight(key);
 }
 
-std::optional<Image> AssetFile::cgThumbnail(const ThumbnailSpecification& specification) const {
-  const auto [variant, key] = resolve(specification.context);
-  return variant.cgThumbnail({specification.size, specification.scale, specification.sourceFocusSize, key});
+std::optional<Image> AssetFile::cgThumbnail(const ThumbnailSpecification& request) const {
+  const auto [variant, key] = resolve(request.context);
+  return variant.cgThumbnail({request.size, request.scale, request.sourceFocusSize, key});
 }
 
-std::optional<Image> AssetFile::nsThumbnail(const ThumbnailSpecification& specification) const {
-  const auto [variant, key] = resolve(specification.context);
-  return variant.nsThumbnail({specification.size, specification.scale, specification.sourceFocusSize, key});
+std::optional<Image> AssetFile::nsThumbnail(const ThumbnailSpecification& request) const {
+  const auto [variant, key] = resolve(request.context);
+  return variant.nsThumbnail({request.size, request.scale, request.sourceFocusSize, key});
 }
 
 bool operator==(const AssetFile& lhs, const AssetFile& rhs) {
@@ -244,14 +244,14 @@ std::size_t std::hash<iconwright::AssetFile::ResolutionContext>::operator()(
 // std::hash<double> gives −0.0 the hash of 0.0, and std::hash<std::optional> hashes an absent
 // value apart from any present one.
 std::size_t std::hash<iconwright::AssetFile::ThumbnailSpecification>::operator()(
-    const iconwright::AssetFile::ThumbnailSpecification& specification) const noexcept {
-  return iconwright::hashFields(specification.size, specification.scale, specification.sourceFocusSize,
-                                specification.context);
+    const iconwright::AssetFile::ThumbnailSpecification& request) const noexcept {
+  return iconwright::hashFields(request.size, request.scale, request.sourceFocusSize,
+                                request.context);
 }
 
 std::size_t std::hash<iconwright::AssetFile::BacktoppedImageSpecification>::operator()(
-    const iconwright::AssetFile::BacktoppedImageSpecification& specification) const noexcept {
-  return iconwright::hashFields(specification.backstopColor, specification.context);
+    const iconwright::AssetFile::BacktoppedImageSpecification& request) const noexcept {
+  return iconwright::hashFields(request.backstopColor, request.context);
 }
 
 std::size_t std::hash<iconwright::VariantResolvedContext>::operator()(
@@ -260,12 +260,12 @@ std::size_t std::hash<iconwright::VariantResolvedContext>::operator()(
 }
 
 std::size_t std::hash<iconwright::VariantThumbnailSpecification>::operator()(
-    const iconwright::VariantThumbnailSpecification& specification) const noexcept {
-  return iconwright::hashFields(specification.size, specification.scale, specification.sourceFocusSize,
-                                specification.context);
+    const iconwright::VariantThumbnailSpecification& request) const noexcept {
+  return iconwright::hashFields(request.size, request.scale, request.sourceFocusSize,
+                                request.context);
 }
 
 std::size_t std::hash<iconwright::VariantBacktoppedImageSpecification>::operator()(
-    const iconwright::VariantBacktoppedImageSpecification& specification) const noexcept {
-  return iconwright::hashFields(specification.backstopColor, specification.context);
+    const iconwright::VariantBacktoppedImageSpecification& request) const noexcept {
+  return iconwright::hashFields(request.backstopColor, request.context);
 }

@@ -175,7 +175,7 @@ class AssetFile {
   /// to whole pixels) in Display P3, or the bitmap itself, unconverted.
   [[nodiscard]] std::optional<iconwright::Image> cgImage(const ResolutionContext& context) const;
   /// cgImage drawn over the opaque colour, at the same size.
-  [[nodiscard]] std::optional<iconwright::Image> cgBacktoppedImage(const BacktoppedImageSpecification& specification) const;
+  [[nodiscard]] std::optional<iconwright::Image> cgBacktoppedImage(const BacktoppedImageSpecification& request) const;
   /// cgImage, for user interfaces (cached on its own).
   [[nodiscard]] std::optional<iconwright::Image> swImage(const ResolutionContext& context) const;
   /// Opaque black wherever the asset is, with its alpha.
@@ -185,9 +185,9 @@ class AssetFile {
   /// when they are too ragged to show.
   [[nodiscard]] std::optional<Path> strokeHighlight(const ResolutionContext& context) const;
   /// A raster of size × scale pixels (truncated) with the source fitted and centred.
-  [[nodiscard]] std::optional<iconwright::Image> cgThumbnail(const ThumbnailSpecification& specification) const;
+  [[nodiscard]] std::optional<iconwright::Image> cgThumbnail(const ThumbnailSpecification& request) const;
   /// cgThumbnail, for user interfaces (cached on its own, through cgThumbnail's cache).
-  [[nodiscard]] std::optional<iconwright::Image> nsThumbnail(const ThumbnailSpecification& specification) const;
+  [[nodiscard]] std::optional<iconwright::Image> nsThumbnail(const ThumbnailSpecification& request) const;
   /// The chosen variant's bytes, unmirrored, under the type they are (sniffed for a bitmap;
   /// the SVG type for an assumed SVG that parses); absent when they are no image. Not cached.
   [[nodiscard]] std::optional<PasteboardItem> writablePasteboardItem(const ResolutionContext& context) const;
@@ -225,9 +225,9 @@ struct std::hash<iconwright::AssetFile::ResolutionContext> {
 };
 template <>
 struct std::hash<iconwright::AssetFile::ThumbnailSpecification> {
-  std::size_t operator()(const iconwright::AssetFile::ThumbnailSpecification& specification) const noexcept;
+  std::size_t operator()(const iconwright::AssetFile::ThumbnailSpecification& request) const noexcept;
 };
 template <>
 struct std::hash<iconwright::AssetFile::BacktoppedImageSpecification> {
-  std::size_t operator()(const iconwright::AssetFile::BacktoppedImageSpecification& specification) const noexcept;
+  std::size_t operator()(const iconwright::AssetFile::BacktoppedImageSpecification& request) const noexcept;
 };

@@ -204,26 +204,26 @@ std::optional<Path> AssetFile::Variant::strokeHighlight(const Context& context) 
   });
 }
 
-std::optional<iconwright::Image> AssetFile::Variant::cgThumbnail(const VariantThumbnailSpecification& specification) {
-  return rememberedAnswer(cachedCGThumbnails_, specification, [&]() -> std::optional<iconwright::Image> {
-    const auto document = svgDocument(specification.context);
+std::optional<iconwright::Image> AssetFile::Variant::cgThumbnail(const VariantThumbnailSpecification& request) {
+  return rememberedAnswer(cachedCGThumbnails_, request, [&]() -> std::optional<iconwright::Image> {
+    const auto document = svgDocument(request.context);
     std::optional<iconwright::Image> image;
     if (!document) {
-      image = bitmap(specification.context);
+      image = bitmap(request.context);
       if (!image) return std::nullopt;
     }
     const Size source = document ? document->canvasSize() : image->size();
     ICONWRIGHT_PRECONDITION(source.width >= 0 && source.height >= 0, "AssetFile", "A source size is negative");
 
     Rect sourceRect = Rect::makeXYWH(0, 0, source.width, source.height);
-    if (const auto& focus = specification.sourceFocusSize) {
+    if (const auto& focus = request.sourceFocusSize) {
       const double focusWidth = std::max(std::min(focus->width, source.width), 0.0);
       const double focusHeight = std::max(std::min(focus->height, source.height), 0.0);
       sourceRect = sourceRect.insetBy((source.width - focusWidth) / 2, (source.height - focusHeight) / 2);
     }
 
-    const Size& size = specification.size;
-    const double scale = specification.scale;
+    const Size& size = request.size;
+    const double scale = request.scale;
     requireFinite({size.width * scale, size.height * scale});
     auto context = BitmapContext::create(size.width * scale, size.height * scale);
     if (!context) return std::nullopt;
@@ -247,8 +247,8 @@ std::optional<iconwright::Image> AssetFile::Variant::cgThumbnail(const VariantTh
   });
 }
 
-std::optional<iconwright::Image> AssetFile::Variant::nsThumbnail(const VariantThumbnailSpecification& specification) {
-  return rememberedAnswer(cachedNSThumbnails_, specification, [&] { return cgThumbnail(specification); });
+std::optional<iconwright::Image> AssetFile::Variant::nsThumbnail(const VariantThumbnailSpecification& request) {
+  return rememberedAnswer(cachedNSThumbnails_, request, [&] { return cgThumbnail(request); });
 }
 
 }  // namespace iconwright

@@ -141,14 +141,14 @@ std::optional<Rect> AssetFile::Variant::alignmentBounds(const Context& context) 
   });
 }
 
-std::optional<iconwright::Image> AssetFile::Variant::cgBacktoppedImage(const VariantBacktoppedImageSpecification& specification) {
-  return rememberedAnswer(cachedCGBacktoppedImages_, specification, [&]() -> std::optional<iconwright::Image> {
-    const auto image = cgImage(specification.context);
+std::optional<iconwright::Image> AssetFile::Variant::cgBacktoppedImage(const VariantBacktoppedImageSpecification& request) {
+  return rememberedAnswer(cachedCGBacktoppedImages_, request, [&]() -> std::optional<iconwright::Image> {
+    const auto image = cgImage(request.context);
     if (!image) return std::nullopt;
     auto context = BitmapContext::create(image->width(), image->height());
     if (!context) return std::nullopt;
     const Rect whole = Rect::makeXYWH(0, 0, image->width(), image->height());
-    const RGBAComponents backstop = specification.backstopColor.displayP3Components();
+    const RGBAComponents backstop = request.backstopColor.displayP3Components();
     context->scaleBy(1, 1);
     context->setBlendMode(BitmapContext::BlendMode::normal);
     context->setFillColor(backstop.red, backstop.green, backstop.blue, backstop.alpha);

@@ -55,11 +55,11 @@ struct std::hash<iconwright::VariantResolvedContext> {
 };
 template <>
 struct std::hash<iconwright::VariantThumbnailSpecification> {
-  std::size_t operator()(const iconwright::VariantThumbnailSpecification& specification) const noexcept;
+  std::size_t operator()(const iconwright::VariantThumbnailSpecification& request) const noexcept;
 };
 template <>
 struct std::hash<iconwright::VariantBacktoppedImageSpecification> {
-  std::size_t operator()(const iconwright::VariantBacktoppedImageSpecification& specification) const noexcept;
+  std::size_t operator()(const iconwright::VariantBacktoppedImageSpecification& request) const noexcept;
 };
 
 namespace iconwright {
@@ -80,12 +80,12 @@ class AssetFile::Variant {
   [[nodiscard]] std::optional<HitMask::RectangleIntersector> rectangleIntersector(const VariantResolvedContext& context);
   [[nodiscard]] std::optional<Rect> visualBounds(const VariantResolvedContext& context);
   [[nodiscard]] std::optional<Rect> alignmentBounds(const VariantResolvedContext& context);
-  [[nodiscard]] std::optional<iconwright::Image> cgBacktoppedImage(const VariantBacktoppedImageSpecification& specification);
+  [[nodiscard]] std::optional<iconwright::Image> cgBacktoppedImage(const VariantBacktoppedImageSpecification& request);
   [[nodiscard]] std::optional<iconwright::Image> swImage(const VariantResolvedContext& context);
   [[nodiscard]] std::optional<iconwright::Image> fillHighlight(const VariantResolvedContext& context);
   [[nodiscard]] std::optional<Path> strokeHighlight(const VariantResolvedContext& context);
-  [[nodiscard]] std::optional<iconwright::Image> cgThumbnail(const VariantThumbnailSpecification& specification);
-  [[nodiscard]] std::optional<iconwright::Image> nsThumbnail(const VariantThumbnailSpecification& specification);
+  [[nodiscard]] std::optional<iconwright::Image> cgThumbnail(const VariantThumbnailSpecification& request);
+  [[nodiscard]] std::optional<iconwright::Image> nsThumbnail(const VariantThumbnailSpecification& request);
 
  private:
   template <class Key, class Value>

@@ -204,8 +204,8 @@ TEST(AssetQuestions, ThumbnailsFitTheFocusArea) {
   };
   for (const Case& item : cases) {
     SCOPED_TRACE(item.label);
-    const AssetFile::ThumbnailSpecification specification{{64, 64}, 1, item.focus, pngContext()};
-    const auto thumbnail = file.cgThumbnail(specification);
+    const AssetFile::ThumbnailSpecification request{{64, 64}, 1, item.focus, pngContext()};
+    const auto thumbnail = file.cgThumbnail(request);
     ASSERT_TRUE(thumbnail);
     EXPECT_EQ(thumbnail->size(), (Size{64, 64}));
     EXPECT_EQ(alphaAt(*thumbnail, 32, 32), 255);
@@ -213,14 +213,14 @@ TEST(AssetQuestions, ThumbnailsFitTheFocusArea) {
     if (!item.opaqueTopRow) {
       EXPECT_EQ(alphaAt(*thumbnail, 32, 2), 0);
     }
-    EXPECT_EQ(file.nsThumbnail(specification)->pixels().data(), thumbnail->pixels().data());
+    EXPECT_EQ(file.nsThumbnail(request)->pixels().data(), thumbnail->pixels().data());
   }
   const auto retina = file.cgThumbnail({{64, 64}, 2, std::nullopt, pngContext()});
   ASSERT_TRUE(retina);
   EXPECT_EQ(retina->size(), (Size{128, 128}));
 }
 
-TEST(AssetQuestions, SpecificationsHashNegativeZeroAsZero) {
+TEST(AssetQuestions, RequestsHashNegativeZeroAsZero) {
   const auto context = pngContext();
   const AssetFile::ThumbnailSpecification zero{{0.0, 64}, 1, Size{0.0, 0.0}, context};
   const AssetFile::ThumbnailSpecification negativeZero{{-0.0, 64}, 1, Size{-0.0, 0.0}, context};
