@@ -1,6 +1,6 @@
 #include "foundation/graphics/svg/SVGAttribute.hpp"
 
-#include "foundation/graphics/svg/SVGPaintSpecification.hpp"
+#include "foundation/graphics/svg/SVGPaintValue.hpp"
 
 namespace iconwright {
 
@@ -8,8 +8,8 @@ SVGAttribute SVGAttribute::create(std::string_view name, std::string_view text, 
   std::optional<SVGPaint> paint;
   const auto id = svgAttributeIDFromName(name);
   if (id == SVGAttributeID::fill || id == SVGAttributeID::stroke) {
-    if (const auto specification = parseSVGPaintSpecification(text, untaggedSpace))
-      paint = standalonePaint(*specification);
+    if (const auto written = parseSVGPaintValue(text, untaggedSpace))
+      paint = standalonePaint(*written);
   }
   return SVGAttribute(std::string(name), std::string(text), std::move(paint));
 }

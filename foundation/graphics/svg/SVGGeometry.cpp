@@ -12,7 +12,7 @@
 #include <set>
 #include <string>
 
-#include "foundation/graphics/svg/SVGPaintSpecification.hpp"
+#include "foundation/graphics/svg/SVGPaintValue.hpp"
 #include "foundation/graphics/svg/SVGPathData.hpp"
 #include "foundation/graphics/svg/SVGStyle.hpp"
 
@@ -124,11 +124,11 @@ class Walker {
   bool isPainted(const pugi::xml_node& node, std::string_view property, bool byDefault) const {
     const auto value = style_.inheritedValue(node.internal_object(), property);
     if (!value) return byDefault;
-    const auto paint = parseSVGPaintSpecification(*value, SVGColorSpace::sRGB);
+    const auto paint = parseSVGPaintValue(*value, SVGColorSpace::sRGB);
     if (!paint) return byDefault;  // an invalid value is ignored
-    if (paint->kind == SVGPaintSpecification::Kind::none) return false;
-    if (paint->kind == SVGPaintSpecification::Kind::reference && paint->fallback != SVGPaintSpecification::Kind::color &&
-        paint->fallback != SVGPaintSpecification::Kind::currentColor) {
+    if (paint->kind == SVGPaintValue::Kind::none) return false;
+    if (paint->kind == SVGPaintValue::Kind::reference && paint->fallback != SVGPaintValue::Kind::color &&
+        paint->fallback != SVGPaintValue::Kind::currentColor) {
       const pugi::xml_node target(paint->reference.empty() ? nullptr : style_.elementByID(paint->reference));
       return bool(target);
     }

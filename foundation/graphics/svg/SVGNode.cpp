@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "foundation/graphics/svg/SVGGeometry.hpp"
-#include "foundation/graphics/svg/SVGPaintSpecification.hpp"
+#include "foundation/graphics/svg/SVGPaintValue.hpp"
 #include "foundation/graphics/svg/SVGStyle.hpp"
 #include "foundation/graphics/svg/SVGTree.hpp"
 #include "foundation/support/Assertions.hpp"
@@ -80,9 +80,9 @@ SVGGradient gradientOf(const SVGTree& tree, pugi::xml_node gradient) {
       const double offset = stopNumber(style.attributeValue(stop, "offset").value_or("0"));
       std::optional<SVGColor> color;
       const std::string colorText = style.declaredValue(stop, "stop-color").value_or("black");
-      if (auto written = parseSVGPaintSpecification(colorText, tree.colorSpace)) {
-        if (written->kind == SVGPaintSpecification::Kind::color) color = written->color;
-        else if (written->kind == SVGPaintSpecification::Kind::currentColor) color = currentColor(tree, stop);
+      if (auto written = parseSVGPaintValue(colorText, tree.colorSpace)) {
+        if (written->kind == SVGPaintValue::Kind::color) color = written->color;
+        else if (written->kind == SVGPaintValue::Kind::currentColor) color = currentColor(tree, stop);
       }
       if (!color) {
         stops.push_back(std::nullopt);
@@ -102,8 +102,8 @@ SVGGradient gradientOf(const SVGTree& tree, pugi::xml_node gradient) {
   return SVGGradient(kind, std::move(stops));
 }
 
-SVGPaint resolvedPaint(const SVGTree& tree, pugi::xml_node_struct* element, const SVGPaintSpecification& written) {
-  using Kind = SVGPaintSpecification::Kind;
+SVGPaint resolvedPaint(const SVGTree& tree, pugi::xml_node_struct* element, const SVGPaintValue& written) {
+  using Kind = SVGPaintValue::Kind;
   switch (written.kind) {
     case Kind::none: return SVGPaint::none();
     case Kind::color: return SVGPaint::color(*written.color);
@@ -176,9 +176,9 @@ std::optional<SVGAttribute> SVGNode::findAttribute(SVGAttributeID id) const {
   if (id == SVGAttributeID::viewBox) return attribute(name);
   const auto value = tree_->styleResolver().inheritedValue(node_, name);
   if (!value) return std::nullopt;
-  const auto specification = parseSVGPaintSpecification(*value, tree_->colorSpace);
-  if (!specification) return SVGAttribute::create(name, *value, tree_->colorSpace);
-  return SVGAttribute::createWithPaint(name, *value, resolvedPaint(*tree_, node_, *specification));
+  const auto written = parseSVGPaintValue(*value, tree_->colorSpace);
+  if (!written) return SVGAttribute::create(name, *value, tree_->colorSpace);
+  return SVGAttribute::createWithPaint(name, *value, resolvedPaint(*tree_, node_, *written));
 }
 
 void SVGNode::enumerate(const Visitor& visitor) const {

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-#include "foundation/graphics/svg/SVGPaintSpecification.hpp"
+#include "foundation/graphics/svg/SVGPaintValue.hpp"
 
 namespace iconwright {
 namespace {
@@ -279,17 +279,17 @@ std::optional<SVGColor> parseSVGColor(std::string_view text, SVGColorSpace untag
                    (found->rgb & 0xFF) / 255.0, 1);
 }
 
-std::optional<SVGPaintSpecification> parseSVGPaintSpecification(std::string_view text,
+std::optional<SVGPaintValue> parseSVGPaintValue(std::string_view text,
                                                                 SVGColorSpace untaggedSpace) {
   text = trimmed(text);
   if (text.empty()) return std::nullopt;
-  using Kind = SVGPaintSpecification::Kind;
-  auto keyword = [&](std::string_view word) -> std::optional<SVGPaintSpecification> {
+  using Kind = SVGPaintValue::Kind;
+  auto keyword = [&](std::string_view word) -> std::optional<SVGPaintValue> {
     const std::string lower = lowercased(word);
-    if (lower == "none") return SVGPaintSpecification{Kind::none};
-    if (lower == "currentcolor") return SVGPaintSpecification{Kind::currentColor};
-    if (lower == "context-fill" || lower == "context-stroke") return SVGPaintSpecification{Kind::other};
-    if (auto color = parseSVGColor(word, untaggedSpace)) return SVGPaintSpecification{Kind::color, color};
+    if (lower == "none") return SVGPaintValue{Kind::none};
+    if (lower == "currentcolor") return SVGPaintValue{Kind::currentColor};
+    if (lower == "context-fill" || lower == "context-stroke") return SVGPaintValue{Kind::other};
+    if (auto color = parseSVGColor(word, untaggedSpace)) return SVGPaintValue{Kind::color, color};
     return std::nullopt;
   };
   if (lowercased(text.substr(0, 4)) == "url(") {
@@ -298,7 +298,7 @@ std::optional<SVGPaintSpecification> parseSVGPaintSpecification(std::string_view
     std::string_view target = trimmed(text.substr(4, close - 4));
     if (target.size() >= 2 && (target.front() == '"' || target.front() == '\'') && target.back() == target.front())
       target = target.substr(1, target.size() - 2);
-    SVGPaintSpecification paint{Kind::reference};
+    SVGPaintValue paint{Kind::reference};
     // Only references into the same document: "#id".
     if (!target.empty() && target.front() == '#') paint.reference = std::string(target.substr(1));
     const std::string_view rest = trimmed(text.substr(close + 1));
@@ -313,11 +313,11 @@ std::optional<SVGPaintSpecification> parseSVGPaintSpecification(std::string_view
   return keyword(text);
 }
 
-SVGPaint standalonePaint(const SVGPaintSpecification& specification) {
-  using Kind = SVGPaintSpecification::Kind;
-  switch (specification.kind) {
+SVGPaint standalonePaint(const SVGPaintValue& written) {
+  using Kind = SVGPaintValue::Kind;
+  switch (written.kind) {
     case Kind::none: return SVGPaint::none();
-    case Kind::color: return SVGPaint::color(*specification.color);
+    case Kind::color: return SVGPaint::color(*written.color);
     case Kind::currentColor: return SVGPaint::color(SVGColor(PlatformColor{PlatformColorSpace::sRGB, {0, 0, 0, 1}}));
     case Kind::reference: return SVGPaint::unresolvedGradient();
     case Kind::other: return SVGPaint::other();

@@ -11,7 +11,7 @@
 
 namespace iconwright {
 
-struct SVGPaintSpecification {
+struct SVGPaintValue {
   enum class Kind : std::uint8_t { none, color, currentColor, reference, other };
   Kind kind = Kind::none;
   std::optional<SVGColor> color;  // for color, and for a reference's colour fallback
@@ -21,11 +21,11 @@ struct SVGPaintSpecification {
 };
 
 /// Absent when the text is no paint at all (empty, "inherit" is the caller's business).
-[[nodiscard]] std::optional<SVGPaintSpecification> parseSVGPaintSpecification(
+[[nodiscard]] std::optional<SVGPaintValue> parseSVGPaintValue(
     std::string_view text, SVGColorSpace untaggedSpace);
 
-/// The paint of a specification that needs no document: references come out as gradients
+/// The paint of a written value that needs no document: references come out as gradients
 /// without a gradient, currentColor as black.
-[[nodiscard]] SVGPaint standalonePaint(const SVGPaintSpecification& specification);
+[[nodiscard]] SVGPaint standalonePaint(const SVGPaintValue& written);
 
 }  // namespace iconwright
