@@ -7,6 +7,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 "$root/scripts/setup.sh"
 if [ "${1:-}" = "--sanitize" ]; then
   build=$root/build-asan
+  export LSAN_OPTIONS="suppressions=$root/tests/sanitizers/lsan.supp:print_suppressions=0"
   "$root/scripts/build.sh" "$build" -DICONWRIGHT_SANITIZE=ON -DICONWRIGHT_BENCHMARKS=OFF
 else
   build=$root/build
