@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -52,77 +53,41 @@ std::optional<std::vector<Path>> smoothedOutlinePaths(std::vector<HitMask::Outli
   return result;
 }
 
-/// A bitmap's alpha as bytes, with each row cut into blocks of 32 pixels that are known to be
-/// all clear, all opaque or mixed, so that resampling can skip uniform areas without reading them.
-class AlphaPlane {
- public:
-  static constexpr int blockSize = 32;
-  enum : std::uint8_t { clear, opaque, mixed };
+enum class SpanState : std::uint8_t { clear, opaque, mixed };
 
-  explicit AlphaPlane(const Image& bitmap)
-      : width_(std::size_t(bitmap.width())),
-        blocksPerRow_((width_ + blockSize - 1) / blockSize),
-        alpha_(width_ * std::size_t(bitmap.height())),
-        states_(blocksPerRow_ * std::size_t(bitmap.height())) {
-    for (int y = 0; y < bitmap.height(); ++y) {
-      const std::uint8_t* pixels = bitmap.row(y);
-      std::uint8_t* out = alpha_.data() + std::size_t(y) * width_;
-      std::uint8_t* states = states_.data() + std::size_t(y) * blocksPerRow_;
-      for (std::size_t start = 0, block = 0; start < width_; start += blockSize, ++block) {
-        const std::size_t count = std::min<std::size_t>(blockSize, width_ - start);
-        std::uint8_t* alpha = out + start;
-        if (count == blockSize && std::endian::native == std::endian::little) {
-          // Fixed-size blocks let the compiler turn this into vector shifts and packs.
-          std::uint32_t words[blockSize];
-          std::memcpy(words, pixels + 4 * start, sizeof words);
-          for (int j = 0; j < blockSize; ++j) alpha[j] = std::uint8_t(words[j] >> 24);
-        } else {
-          for (std::size_t j = 0; j < count; ++j) alpha[j] = pixels[4 * (start + j) + 3];
-        }
-        std::uint64_t any = 0, all = ~std::uint64_t(0);
-        std::size_t j = 0;
-        for (; j + 8 <= count; j += 8) {
-          std::uint64_t word;
-          std::memcpy(&word, alpha + j, 8);
-          any |= word;
-          all &= word;
-        }
-        for (; j < count; ++j) {
-          any |= alpha[j];
-          all &= 0xFFFFFFFFFFFFFF00ULL | alpha[j];
-        }
-        states[block] = any == 0 ? clear : all == ~std::uint64_t(0) ? opaque : mixed;
-      }
-    }
+/// Whether every pixel of a span of premultiplied BGRA pixels is clear, every one opaque, or
+/// neither; two pixels per word.
+SpanState spanState(const std::uint8_t* pixels, std::size_t count) {
+  static_assert(std::endian::native == std::endian::little, "alpha is the top byte of each pixel word");
+  constexpr std::uint64_t alphaBytes = 0xFF000000FF000000ULL;
+  std::uint64_t any = 0, all = alphaBytes;
+  std::size_t j = 0;
+  for (; j + 2 <= count; j += 2) {
+    std::uint64_t word;
+    std::memcpy(&word, pixels + 4 * j, 8);
+    any |= word;
+    all &= word;
   }
-
-  [[nodiscard]] const std::uint8_t* row(std::size_t y) const { return alpha_.data() + y * width_; }
-  /// clear or opaque when every pixel of [first, first + count) in row y is so; mixed otherwise.
-  [[nodiscard]] std::uint8_t state(std::size_t y, std::size_t first, std::size_t count) const {
-    const std::uint8_t* states = states_.data() + y * blocksPerRow_;
-    const std::size_t last = (first + count - 1) / blockSize;
-    std::uint8_t result = states[first / blockSize];
-    for (std::size_t block = first / blockSize + 1; block <= last && result != mixed; ++block)
-      if (states[block] != result) result = mixed;
-    return result;
+  if (j < count) {
+    std::uint32_t word;
+    std::memcpy(&word, pixels + 4 * j, 4);
+    any |= word;
+    all &= std::uint64_t(word) | 0xFF00000000000000ULL;
   }
-
- private:
-  std::size_t width_;
-  std::size_t blocksPerRow_;
-  std::vector<std::uint8_t> alpha_;
-  std::vector<std::uint8_t> states_;
-};
+  if ((any & alphaBytes) == 0) return SpanState::clear;
+  return (all & alphaBytes) == alphaBytes ? SpanState::opaque : SpanState::mixed;
+}
 
 /// The alpha of `bitmap` drawn scaled by `scale` (below 1) into a raster of the truncated size,
 /// with coverage below `threshold` cleared: each pixel samples the alpha bilinearly at its
 /// centre. This is the coverage that drawing the image into a scaled context leaves; only the
-/// colours, which coverage ignores, are skipped. Fixed point with 8-bit weights; runs of 16
-/// pixels whose source pixels are all clear or all opaque are filled without sampling.
+/// colours, which coverage ignores, are skipped. Fixed point with 8-bit weights, in two passes:
+/// each source row that a sample touches is resampled across once (runs of 16 pixels whose
+/// source span is all clear or all opaque are filled without sampling), and each output row
+/// blends the two rows around its centre.
 HitMask scaledCoverage(const Image& bitmap, double scale, std::uint8_t threshold) {
   const int width = int(bitmap.width() * scale), height = int(bitmap.height() * scale);
   if (width == 0 || height == 0) return HitMask(width, height);
-  const AlphaPlane plane(bitmap);
 
   // Below a scale of 1 every pixel centre maps at or after the first source centre and before
   // the last one, so both taps of a sample lie inside the source.
@@ -138,29 +103,67 @@ HitMask scaledCoverage(const Image& bitmap, double scale, std::uint8_t threshold
   std::vector<Tap> columns(std::size_t(width), Tap{});
   for (int x = 0; x < width; ++x) columns[std::size_t(x)] = tap(x, bitmap.width());
 
+  // One source row across: alpha × 256 at each output column (at most 65,280), and the state
+  // of each run's source span.
   constexpr int run = 16;
-  std::vector<std::uint8_t> bytes(std::size_t(width) * std::size_t(height));
-  for (int y = 0; y < height; ++y) {
-    const Tap row = tap(y, bitmap.height());
-    const std::uint8_t* upper = plane.row(row.index);
-    const std::uint8_t* lower = plane.row(row.index + 1);
-    std::uint8_t* out = bytes.data() + std::size_t(y) * std::size_t(width);
-    for (int start = 0; start < width; start += run) {
+  const auto runCount = std::size_t((width + run - 1) / run);
+  struct ResampledRow {
+    std::vector<std::uint16_t> values;
+    std::vector<SpanState> runs;
+  };
+  const auto resampleRow = [&](std::size_t sourceRow, ResampledRow& out) {
+    const std::uint8_t* pixels = bitmap.row(int(sourceRow));
+    for (int start = 0, index = 0; start < width; start += run, ++index) {
       const int end = std::min(start + run, width);
       const std::size_t first = columns[std::size_t(start)].index;
       const std::size_t count = columns[std::size_t(end - 1)].index + 2 - first;
-      const std::uint8_t state = plane.state(row.index, first, count);
-      if (state != AlphaPlane::mixed && plane.state(row.index + 1, first, count) == state) {
-        if (state == AlphaPlane::opaque) std::memset(out + start, 255, std::size_t(end - start));
-        continue;
-      }
+      const SpanState state = spanState(pixels + 4 * first, count);
+      out.runs[std::size_t(index)] = state;
+      if (state != SpanState::mixed) continue;  // the values of a uniform run are never read
       for (int x = start; x < end; ++x) {
         const Tap& column = columns[std::size_t(x)];
-        const std::size_t i = column.index;
-        const std::uint32_t wx = column.weight;
-        const std::uint32_t top = upper[i] * (256 - wx) + upper[i + 1] * wx;
-        const std::uint32_t bottom = lower[i] * (256 - wx) + lower[i + 1] * wx;
-        const auto value = std::uint8_t((top * (256 - row.weight) + bottom * row.weight + 32768) >> 16);
+        const std::uint8_t* left = pixels + 4 * column.index + 3;
+        out.values[std::size_t(x)] = std::uint16_t(left[0] * (256 - column.weight) + left[4] * column.weight);
+      }
+    }
+  };
+
+  const auto rowLength = std::size_t(width);
+  ResampledRow upper{std::vector<std::uint16_t>(rowLength), std::vector<SpanState>(runCount)};
+  ResampledRow lower = upper;
+  std::optional<std::size_t> upperRow;
+  std::vector<std::uint8_t> bytes(rowLength * std::size_t(height));
+  for (int y = 0; y < height; ++y) {
+    const Tap row = tap(y, bitmap.height());
+    if (upperRow != row.index) {
+      if (upperRow && *upperRow + 1 == row.index) {
+        std::swap(upper, lower);
+      } else {
+        resampleRow(row.index, upper);
+      }
+      resampleRow(row.index + 1, lower);
+      upperRow = row.index;
+    }
+    const std::uint32_t lowerWeight = row.weight, upperWeight = 256 - row.weight;
+    std::uint8_t* out = bytes.data() + std::size_t(y) * rowLength;
+    for (int start = 0, index = 0; start < width; start += run, ++index) {
+      const int end = std::min(start + run, width);
+      const SpanState state = upper.runs[std::size_t(index)];
+      const SpanState lowerState = lower.runs[std::size_t(index)];
+      if (state != SpanState::mixed && lowerState == state) {
+        if (state == SpanState::opaque) {
+          // A constant size turns the common full run into a single store.
+          if (end - start == run) std::memset(out + start, 255, run);
+          else std::memset(out + start, 255, std::size_t(end - start));
+        }
+        continue;
+      }
+      const auto uniformValue = [](SpanState uniform) { return uniform == SpanState::opaque ? 255u * 256 : 0u; };
+      for (int x = start; x < end; ++x) {
+        const std::uint32_t top = state == SpanState::mixed ? upper.values[std::size_t(x)] : uniformValue(state);
+        const std::uint32_t bottom =
+            lowerState == SpanState::mixed ? lower.values[std::size_t(x)] : uniformValue(lowerState);
+        const auto value = std::uint8_t((top * upperWeight + bottom * lowerWeight + 32768) >> 16);
         out[x] = value < threshold ? 0 : value;
       }
     }
