@@ -173,16 +173,12 @@ BENCHMARK(pngStrokeHighlight)->Unit(benchmark::kMillisecond)->MeasureProcessCPUT
 
 /// potrace on the PNG's mask, SVG output.
 void peerPotraceOnMask(benchmark::State& state) {
-#ifdef ICONWRIGHT_POTRACE
-  timeProgram(state, {ICONWRIGHT_POTRACE, "-s", fixture().pbm.string(), "-o", "/dev/null"});
-#else
-  state.SkipWithError("potrace was not found when configuring");
-#endif
+  timePotrace(state, fixture().pbm.string());
 }
 BENCHMARK(peerPotraceOnMask)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 /// What starting any process costs, part of every peer's figure.
-void floorProcessStart(benchmark::State& state) { timeProgram(state, {"/bin/true"}); }
+void floorProcessStart(benchmark::State& state) { timeProcessStart(state); }
 BENCHMARK(floorProcessStart)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 }  // namespace

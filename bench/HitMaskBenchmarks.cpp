@@ -176,16 +176,12 @@ BENCHMARK(traceSmoothAndJudge)->Unit(benchmark::kMicrosecond);
 
 /// potrace on the same mask (covered pixels black), SVG output: processor time of the process.
 void peerPotrace(benchmark::State& state) {
-#ifdef ICONWRIGHT_POTRACE
-  timeProgram(state, {ICONWRIGHT_POTRACE, "-s", fixture().pbm.string(), "-o", "/dev/null"});
-#else
-  state.SkipWithError("potrace was not found when configuring");
-#endif
+  timePotrace(state, fixture().pbm.string());
 }
 BENCHMARK(peerPotrace)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 /// What starting any process costs, part of the potrace figure.
-void floorProcessStart(benchmark::State& state) { timeProgram(state, {"/bin/true"}); }
+void floorProcessStart(benchmark::State& state) { timeProcessStart(state); }
 BENCHMARK(floorProcessStart)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 // The quadtree.

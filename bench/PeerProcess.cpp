@@ -51,4 +51,15 @@ void timeProgram(benchmark::State& state, std::vector<std::string> arguments) {
   state.counters["peak_MiB"] = peak;
 }
 
+void timePotrace(benchmark::State& state, const std::string& pbm) {
+#ifdef ICONWRIGHT_POTRACE
+  timeProgram(state, {ICONWRIGHT_POTRACE, "-s", pbm, "-o", "/dev/null"});
+#else
+  (void)pbm;
+  state.SkipWithError("potrace was not found when configuring");
+#endif
+}
+
+void timeProcessStart(benchmark::State& state) { timeProgram(state, {"/bin/true"}); }
+
 }  // namespace iconwright::bench

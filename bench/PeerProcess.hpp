@@ -28,4 +28,11 @@ std::optional<double> runProgram(std::vector<std::string> arguments);
 /// largest resident size as the counter "peak_MiB". A failed run ends the benchmark with an error.
 void timeProgram(benchmark::State& state, std::vector<std::string> arguments);
 
+/// potrace tracing a PBM mask to SVG, timed as timeProgram does; skipped with a message when
+/// potrace was not found at configuration.
+void timePotrace(benchmark::State& state, const std::string& pbm);
+
+/// What starting any process costs: /bin/true, timed as timeProgram does.
+void timeProcessStart(benchmark::State& state);
+
 }  // namespace iconwright::bench
