@@ -27,7 +27,7 @@ namespace iconwright {
 
 class IconComposition;
 
-class Group final : public SharedGroupAndLayerProperties, public PropertyEnumerable<Group> {
+class Group final : public SharedGroupAndLayerPropertyRows<Group>, public PropertyEnumerable<Group> {
   struct ConstructionKey {
     explicit ConstructionKey() = default;
   };
@@ -98,16 +98,11 @@ class Group final : public SharedGroupAndLayerProperties, public PropertyEnumera
   /// <group name="NAME" id="0x…">, with the inspected name and the object's address.
   [[nodiscard]] std::string description() const;
 
-  // Properties.
+  // Properties. opacity, isHidden, position and assetMirroring come with
+  // SharedGroupAndLayerPropertyRows; each setter changes through change().
 
-  [[nodiscard]] const SpecializableProperty<bool>& isHidden() const override { return isHidden_; }
-  void setIsHidden(SpecializableProperty<bool> isHidden) override { change(isHiddenKeyPath, std::move(isHidden), true); }
   [[nodiscard]] const SpecializableProperty<Lighting>& lighting() const { return lighting_; }
   void setLighting(SpecializableProperty<Lighting> lighting) { change(lightingKeyPath, std::move(lighting), true); }
-  [[nodiscard]] const SpecializableProperty<AssetMirroring>& assetMirroring() const override { return assetMirroring_; }
-  void setAssetMirroring(SpecializableProperty<AssetMirroring> assetMirroring) override {
-    change(assetMirroringKeyPath, std::move(assetMirroring), true);
-  }
   [[nodiscard]] const SpecializableProperty<BlendMode>& blendMode() const { return blendMode_; }
   void setBlendMode(SpecializableProperty<BlendMode> blendMode) { change(blendModeKeyPath, std::move(blendMode), true); }
   [[nodiscard]] const SpecializableProperty<BlurMaterial>& blurMaterial() const { return blurMaterial_; }
@@ -122,10 +117,6 @@ class Group final : public SharedGroupAndLayerProperties, public PropertyEnumera
   }
   [[nodiscard]] const SpecializableProperty<bool>& specular() const { return specular_; }
   void setSpecular(SpecializableProperty<bool> specular) { change(specularKeyPath, std::move(specular), true); }
-  [[nodiscard]] const SpecializableProperty<double>& opacity() const override { return opacity_; }
-  void setOpacity(SpecializableProperty<double> opacity) override { change(opacityKeyPath, std::move(opacity), true); }
-  [[nodiscard]] const SpecializableProperty<Position>& position() const override { return position_; }
-  void setPosition(SpecializableProperty<Position> position) override { change(positionKeyPath, std::move(position), true); }
 
   // Property enumeration (PropertyEnumerable): forEachPropertyKeyPath, enumerateProperties and
   // updateProperties walk propertyTable, at the end of the class.

@@ -31,7 +31,7 @@ namespace iconwright {
 class Group;
 class IconComposition;
 
-class Layer final : public SharedGroupAndLayerProperties, public PropertyEnumerable<Layer> {
+class Layer final : public SharedGroupAndLayerPropertyRows<Layer>, public PropertyEnumerable<Layer> {
   struct ConstructionKey {
     explicit ConstructionKey() = default;
   };
@@ -85,26 +85,17 @@ class Layer final : public SharedGroupAndLayerProperties, public PropertyEnumera
   /// <layer name="NAME" id="0x…">, with the inspected name and the object's address.
   [[nodiscard]] std::string description() const;
 
-  // Properties.
+  // Properties. opacity, isHidden, position and assetMirroring come with
+  // SharedGroupAndLayerPropertyRows; each setter changes through change().
 
   [[nodiscard]] const SpecializableProperty<ImageName>& imageName() const { return imageName_; }
   void setImageName(SpecializableProperty<ImageName> imageName) { change(imageNameKeyPath, std::move(imageName), true); }
-  [[nodiscard]] const SpecializableProperty<Position>& position() const override { return position_; }
-  void setPosition(SpecializableProperty<Position> position) override { change(positionKeyPath, std::move(position), true); }
   [[nodiscard]] const SpecializableProperty<Fill>& fill() const { return fill_; }
   void setFill(SpecializableProperty<Fill> fill) { change(fillKeyPath, std::move(fill), true); }
   [[nodiscard]] const SpecializableProperty<BlendMode>& blendMode() const { return blendMode_; }
   void setBlendMode(SpecializableProperty<BlendMode> blendMode) { change(blendModeKeyPath, std::move(blendMode), true); }
-  [[nodiscard]] const SpecializableProperty<double>& opacity() const override { return opacity_; }
-  void setOpacity(SpecializableProperty<double> opacity) override { change(opacityKeyPath, std::move(opacity), true); }
   [[nodiscard]] const SpecializableProperty<bool>& isGlass() const { return isGlass_; }
   void setIsGlass(SpecializableProperty<bool> isGlass) { change(isGlassKeyPath, std::move(isGlass), true); }
-  [[nodiscard]] const SpecializableProperty<AssetMirroring>& assetMirroring() const override { return assetMirroring_; }
-  void setAssetMirroring(SpecializableProperty<AssetMirroring> assetMirroring) override {
-    change(assetMirroringKeyPath, std::move(assetMirroring), true);
-  }
-  [[nodiscard]] const SpecializableProperty<bool>& isHidden() const override { return isHidden_; }
-  void setIsHidden(SpecializableProperty<bool> isHidden) override { change(isHiddenKeyPath, std::move(isHidden), true); }
 
   // Property enumeration (PropertyEnumerable): forEachPropertyKeyPath, enumerateProperties and
   // updateProperties walk propertyTable, at the end of the class.
