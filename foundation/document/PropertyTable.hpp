@@ -1,16 +1,18 @@
 // The property table of a member type (IconComposition, Group, Layer): one PropertyKeyPath
 // row per specializable property — where it is stored, the name observers hear, its two
-// manifest keys — and the tuple `propertyTable` of those rows in declaration order. The table
-// drives enumeration and editing here (PropertyEnumerable), and the snapshot and manifest
-// through the format's ManifestProperty rows, which pair each row with its snapshot field.
+// manifest keys — and the tuple `propertyTable` of those rows in declaration order, both at
+// the end of the class. The table drives enumeration and undoable editing here
+// (PropertyEnumerable); the format pairs each row with its snapshot field (ManifestProperty in
+// format/ManifestMembers.hpp) for reading, writing, snapshots and clones.
 //
-// To add a specializable property to a member type:
-//   1. the storage member with its default, e.g. `SpecializableProperty<bool> glow_{false};`;
-//   2. its row beside the others, `static constexpr PropertyKeyPath glowKeyPath{&Group::glow_,
-//      "glow", {"glow", "glow-specializations"}};`, and its name in `propertyTable`;
-//   3. a getter and a setter forwarding to change(glowKeyPath, …), for code that names it;
-//   4. in the format, the Snapshot's field and one ManifestProperty row pairing the two (a
-//      table that misses a row does not compile).
+// To add a specializable property `glow` to Group:
+//   1. the storage member with its default: `SpecializableProperty<bool> glow_{false};`;
+//   2. its row, `static constexpr PropertyKeyPath glowKeyPath{&Group::glow_, "glow",
+//      {"glow", "glow-specializations"}};`, and `glowKeyPath` in `propertyTable`;
+//   3. `PropertySnapshot<bool> glow;` in Group::Snapshot and
+//      `ManifestProperty{Group::glowKeyPath, &Group::Snapshot::glow}` in GroupSnapshot.cpp
+//      (without it the format table fails to compile);
+//   4. if code names it, a getter and a setter that calls change(glowKeyPath, …).
 #pragma once
 
 #include <string_view>

@@ -4,8 +4,9 @@
 // a format feature this version does not know, a declared member whose value does not decode
 // is kept raw the same way, its property staying at its default; it is written back only
 // while that property still has no value of its own. Without such a feature every decoding
-// error reaches the caller. Also here: reading an array element by element, and applying a
-// property snapshot to a live member.
+// error reaches the caller. Also here: the ManifestProperty rows that pair a member type's
+// property table (document/PropertyTable.hpp) with its snapshot fields and drive the reading,
+// writing, snapshot and clone of groups and layers; reading an array element by element.
 #pragma once
 
 #include <array>
