@@ -14,6 +14,7 @@
 #include "foundation/assets/AssetName.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/Layer.hpp"
+#include "foundation/document/PropertyTable.hpp"
 #include "foundation/document/SharedGroupAndLayerProperties.hpp"
 #include "foundation/graphics/Geometry.hpp"
 #include "foundation/json/JSONValue.hpp"
@@ -26,7 +27,7 @@ namespace iconwright {
 
 class IconComposition;
 
-class Group final : public SharedGroupAndLayerProperties {
+class Group final : public SharedGroupAndLayerPropertyRows<Group>, public PropertyEnumerable<Group> {
   struct ConstructionKey {
     explicit ConstructionKey() = default;
   };
@@ -97,16 +98,11 @@ class Group final : public SharedGroupAndLayerProperties {
   /// <group name="NAME" id="0x…">, with the inspected name and the object's address.
   [[nodiscard]] std::string description() const;
 
-  // Properties.
+  // Properties. opacity, isHidden, position and assetMirroring come with
+  // SharedGroupAndLayerPropertyRows; each setter changes through change().
 
-  [[nodiscard]] const SpecializableProperty<bool>& isHidden() const override { return isHidden_; }
-  void setIsHidden(SpecializableProperty<bool> isHidden) override { change(isHiddenKeyPath, std::move(isHidden), true); }
   [[nodiscard]] const SpecializableProperty<Lighting>& lighting() const { return lighting_; }
   void setLighting(SpecializableProperty<Lighting> lighting) { change(lightingKeyPath, std::move(lighting), true); }
-  [[nodiscard]] const SpecializableProperty<AssetMirroring>& assetMirroring() const override { return assetMirroring_; }
-  void setAssetMirroring(SpecializableProperty<AssetMirroring> assetMirroring) override {
-    change(assetMirroringKeyPath, std::move(assetMirroring), true);
-  }
   [[nodiscard]] const SpecializableProperty<BlendMode>& blendMode() const { return blendMode_; }
   void setBlendMode(SpecializableProperty<BlendMode> blendMode) { change(blendModeKeyPath, std::move(blendMode), true); }
   [[nodiscard]] const SpecializableProperty<BlurMaterial>& blurMaterial() const { return blurMaterial_; }
@@ -121,35 +117,9 @@ class Group final : public SharedGroupAndLayerProperties {
   }
   [[nodiscard]] const SpecializableProperty<bool>& specular() const { return specular_; }
   void setSpecular(SpecializableProperty<bool> specular) { change(specularKeyPath, std::move(specular), true); }
-  [[nodiscard]] const SpecializableProperty<double>& opacity() const override { return opacity_; }
-  void setOpacity(SpecializableProperty<double> opacity) override { change(opacityKeyPath, std::move(opacity), true); }
-  [[nodiscard]] const SpecializableProperty<Position>& position() const override { return position_; }
-  void setPosition(SpecializableProperty<Position> position) override { change(positionKeyPath, std::move(position), true); }
 
-  static const MemberKeyPath<Group, std::optional<std::string>> nameKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<bool>> isHiddenKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<Lighting>> lightingKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<AssetMirroring>> assetMirroringKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<BlendMode>> blendModeKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<BlurMaterial>> blurMaterialKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<Shadow>> shadowKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<Translucency>> translucencyKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<bool>> specularKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<double>> opacityKeyPath;
-  static const MemberKeyPath<Group, SpecializableProperty<Position>> positionKeyPath;
-
-  // Property enumeration, in declaration order; see Layer for the three forms.
-
-  template <class Visitor>
-  static void forEachPropertyKeyPath(Visitor&& visitor);
-  template <class Visitor>
-  void enumerateProperties(Visitor&& visitor) const {
-    enumerateMemberProperties(*this, std::forward<Visitor>(visitor));
-  }
-  template <class Visitor>
-  void updateProperties(Visitor&& visitor) {
-    updateMemberProperties(*this, std::forward<Visitor>(visitor));
-  }
+  // Property enumeration (PropertyEnumerable): forEachPropertyKeyPath, enumerateProperties and
+  // updateProperties walk propertyTable, at the end of the class.
 
   // Questions for one slot.
 
@@ -205,40 +175,28 @@ class Group final : public SharedGroupAndLayerProperties {
   Layers layers_;
   ObservationRegistrar registrar_;
   JSONValue::Object unknownManifestMembers_;
+
+ public:
+  static constexpr MemberKeyPath<Group, std::optional<std::string>> nameKeyPath{&Group::name_, "name"};
+
+  // The property table, in declaration order (see PropertyTable.hpp).
+  static constexpr PropertyKeyPath isHiddenKeyPath{&Group::isHidden_, "isHidden", {"hidden", "hidden-specializations"}};
+  static constexpr PropertyKeyPath lightingKeyPath{&Group::lighting_, "lighting", {"lighting", "lighting-specializations"}};
+  static constexpr PropertyKeyPath assetMirroringKeyPath{&Group::assetMirroring_, "assetMirroring",
+                                                         {"asset-mirroring", "asset-mirroring-specializations"}};
+  static constexpr PropertyKeyPath blendModeKeyPath{&Group::blendMode_, "blendMode",
+                                                    {"blend-mode", "blend-mode-specializations"}};
+  static constexpr PropertyKeyPath blurMaterialKeyPath{&Group::blurMaterial_, "blurMaterial",
+                                                       {"blur-material", "blur-material-specializations"}};
+  static constexpr PropertyKeyPath shadowKeyPath{&Group::shadow_, "shadow", {"shadow", "shadow-specializations"}};
+  static constexpr PropertyKeyPath translucencyKeyPath{&Group::translucency_, "translucency",
+                                                       {"translucency", "translucency-specializations"}};
+  static constexpr PropertyKeyPath specularKeyPath{&Group::specular_, "specular", {"specular", "specular-specializations"}};
+  static constexpr PropertyKeyPath opacityKeyPath{&Group::opacity_, "opacity", {"opacity", "opacity-specializations"}};
+  static constexpr PropertyKeyPath positionKeyPath{&Group::position_, "position", {"position", "position-specializations"}};
+  static constexpr std::tuple propertyTable{isHiddenKeyPath,     lightingKeyPath, assetMirroringKeyPath, blendModeKeyPath,
+                                            blurMaterialKeyPath, shadowKeyPath,   translucencyKeyPath,   specularKeyPath,
+                                            opacityKeyPath,      positionKeyPath};
 };
-
-inline constexpr MemberKeyPath<Group, std::optional<std::string>> Group::nameKeyPath{&Group::name_, "name"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<bool>> Group::isHiddenKeyPath{&Group::isHidden_,
-                                                                                         "isHidden"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<Lighting>> Group::lightingKeyPath{&Group::lighting_,
-                                                                                             "lighting"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<AssetMirroring>> Group::assetMirroringKeyPath{
-    &Group::assetMirroring_, "assetMirroring"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<BlendMode>> Group::blendModeKeyPath{&Group::blendMode_,
-                                                                                               "blendMode"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<BlurMaterial>> Group::blurMaterialKeyPath{
-    &Group::blurMaterial_, "blurMaterial"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<Shadow>> Group::shadowKeyPath{&Group::shadow_, "shadow"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<Translucency>> Group::translucencyKeyPath{
-    &Group::translucency_, "translucency"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<bool>> Group::specularKeyPath{&Group::specular_,
-                                                                                         "specular"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<double>> Group::opacityKeyPath{&Group::opacity_, "opacity"};
-inline constexpr MemberKeyPath<Group, SpecializableProperty<Position>> Group::positionKeyPath{&Group::position_,
-                                                                                             "position"};
-
-template <class Visitor>
-void Group::forEachPropertyKeyPath(Visitor&& visitor) {
-  visitor(isHiddenKeyPath);
-  visitor(lightingKeyPath);
-  visitor(assetMirroringKeyPath);
-  visitor(blendModeKeyPath);
-  visitor(blurMaterialKeyPath);
-  visitor(shadowKeyPath);
-  visitor(translucencyKeyPath);
-  visitor(specularKeyPath);
-  visitor(opacityKeyPath);
-  visitor(positionKeyPath);
-}
 
 }  // namespace iconwright

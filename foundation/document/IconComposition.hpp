@@ -23,6 +23,7 @@
 #include "foundation/document/Group.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
 #include "foundation/document/Layer.hpp"
+#include "foundation/document/PropertyTable.hpp"
 #include "foundation/json/JSONValue.hpp"
 #include "foundation/graphics/Pasteboard.hpp"
 #include "foundation/platforms/Localization.hpp"
@@ -54,7 +55,7 @@ struct MemberValueEquality<AssetStore> {
   }
 };
 
-class IconComposition final : public IconwrightDocumentMember {
+class IconComposition final : public IconwrightDocumentMember, public PropertyEnumerable<IconComposition> {
   struct ConstructionKey {
     explicit ConstructionKey() = default;
   };
@@ -215,27 +216,9 @@ class IconComposition final : public IconwrightDocumentMember {
   /// The named files the store holds, in the order of `names`; other names are left out.
   [[nodiscard]] std::vector<NamedAssetFile> compactNamedAssets(const std::vector<AssetName>& names) const;
 
-  static const MemberKeyPath<IconComposition, SupportedPlatforms> supportedPlatformsKeyPath;
-  static const MemberKeyPath<IconComposition, std::optional<AssumedSVGColorSpace>> assumedSVGColorSpaceKeyPath;
-  static const MemberKeyPath<IconComposition, bool> implicitAssetMirroringKeyPath;
-  static const MemberKeyPath<IconComposition, SpecializableProperty<Fill>> fillKeyPath;
-  static const MemberKeyPath<IconComposition, AssetStore> assetStoreKeyPath;
+  // Property enumeration: the composition's own specializable properties (PropertyEnumerable
+  // over propertyTable, at the end of the class: fill alone), and those of the whole document.
 
-  // Property enumeration: the composition's own specializable properties (fill alone), and
-  // those of the whole document.
-
-  template <class Visitor>
-  static void forEachPropertyKeyPath(Visitor&& visitor) {
-    visitor(fillKeyPath);
-  }
-  template <class Visitor>
-  void enumerateProperties(Visitor&& visitor) const {
-    enumerateMemberProperties(*this, std::forward<Visitor>(visitor));
-  }
-  template <class Visitor>
-  void updateProperties(Visitor&& visitor) {
-    updateMemberProperties(*this, std::forward<Visitor>(visitor));
-  }
   /// Calls `visitor(member, name, property)` for the composition's properties, then for each
   /// group's and, after each group, for its layers'.
   template <class Visitor>
@@ -294,18 +277,21 @@ class IconComposition final : public IconwrightDocumentMember {
   LanguageIDs specializableLanguageIDs_;
   ObservationRegistrar registrar_;
   JSONValue::Object unknownManifestMembers_;
-};
 
-inline constexpr MemberKeyPath<IconComposition, SupportedPlatforms> IconComposition::supportedPlatformsKeyPath{
-    &IconComposition::supportedPlatforms_, "supportedPlatforms"};
-inline constexpr MemberKeyPath<IconComposition, std::optional<AssumedSVGColorSpace>>
-    IconComposition::assumedSVGColorSpaceKeyPath{&IconComposition::assumedSVGColorSpace_, "assumedSVGColorSpace"};
-inline constexpr MemberKeyPath<IconComposition, bool> IconComposition::implicitAssetMirroringKeyPath{
-    &IconComposition::implicitAssetMirroring_, "implicitAssetMirroring"};
-inline constexpr MemberKeyPath<IconComposition, SpecializableProperty<Fill>> IconComposition::fillKeyPath{
-    &IconComposition::fill_, "fill"};
-inline constexpr MemberKeyPath<IconComposition, AssetStore> IconComposition::assetStoreKeyPath{
-    &IconComposition::assetStore_, "assetStore"};
+ public:
+  static constexpr MemberKeyPath<IconComposition, SupportedPlatforms> supportedPlatformsKeyPath{
+      &IconComposition::supportedPlatforms_, "supportedPlatforms"};
+  static constexpr MemberKeyPath<IconComposition, std::optional<AssumedSVGColorSpace>> assumedSVGColorSpaceKeyPath{
+      &IconComposition::assumedSVGColorSpace_, "assumedSVGColorSpace"};
+  static constexpr MemberKeyPath<IconComposition, bool> implicitAssetMirroringKeyPath{
+      &IconComposition::implicitAssetMirroring_, "implicitAssetMirroring"};
+  static constexpr MemberKeyPath<IconComposition, AssetStore> assetStoreKeyPath{&IconComposition::assetStore_,
+                                                                              "assetStore"};
+
+  // The property table (see PropertyTable.hpp).
+  static constexpr PropertyKeyPath fillKeyPath{&IconComposition::fill_, "fill", {"fill", "fill-specializations"}};
+  static constexpr std::tuple propertyTable{fillKeyPath};
+};
 
 template <class Visitor>
 void IconComposition::enumerateDocumentProperties(Visitor&& visitor) const {

@@ -18,8 +18,9 @@
 namespace iconwright {
 
 /// A stored property of the member type `Member`: where the value lives and the name that
-/// observers hear when it changes. The member types offer theirs through
-/// forEachPropertyKeyPath; write through change() or lense(), never through `storage`.
+/// observers hear when it changes. The specializable ones are the rows of the member type's
+/// property table (PropertyTable.hpp); write through change() or lense(), never through
+/// `storage`.
 template <class Member, class Value>
 struct MemberKeyPath {
   Value Member::*storage;
@@ -165,24 +166,6 @@ MemberLense<Value> IconwrightDocumentMember::lense(const MemberKeyPath<Member, V
             stored = std::move(value);
             self->notifyMemberChanged(keyPath.name);
           }};
-}
-
-/// Calls `visitor(name, property)` for each specializable property of `member`, in the order of
-/// Member::forEachPropertyKeyPath.
-template <class Member, class Visitor>
-void enumerateMemberProperties(const Member& member, Visitor&& visitor) {
-  Member::forEachPropertyKeyPath([&](const auto& keyPath) { visitor(keyPath.name, member.*keyPath.storage); });
-}
-
-/// Hands `visitor(name, property)` an editable copy of each specializable property of
-/// `member` and stores it back through change(), so an edit is one undoable change.
-template <class Member, class Visitor>
-void updateMemberProperties(Member& member, Visitor&& visitor) {
-  Member::forEachPropertyKeyPath([&](const auto& keyPath) {
-    auto property = member.*keyPath.storage;
-    visitor(keyPath.name, property);
-    member.change(keyPath, std::move(property), true);
-  });
 }
 
 }  // namespace iconwright

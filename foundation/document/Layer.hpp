@@ -15,6 +15,7 @@
 #include "foundation/assets/AssetName.hpp"
 #include "foundation/assets/RenderingConfiguration.hpp"
 #include "foundation/document/IconwrightDocumentMember.hpp"
+#include "foundation/document/PropertyTable.hpp"
 #include "foundation/document/SharedGroupAndLayerProperties.hpp"
 #include "foundation/graphics/Geometry.hpp"
 #include "foundation/json/JSONValue.hpp"
@@ -30,7 +31,7 @@ namespace iconwright {
 class Group;
 class IconComposition;
 
-class Layer final : public SharedGroupAndLayerProperties {
+class Layer final : public SharedGroupAndLayerPropertyRows<Layer>, public PropertyEnumerable<Layer> {
   struct ConstructionKey {
     explicit ConstructionKey() = default;
   };
@@ -84,53 +85,20 @@ class Layer final : public SharedGroupAndLayerProperties {
   /// <layer name="NAME" id="0x…">, with the inspected name and the object's address.
   [[nodiscard]] std::string description() const;
 
-  // Properties.
+  // Properties. opacity, isHidden, position and assetMirroring come with
+  // SharedGroupAndLayerPropertyRows; each setter changes through change().
 
   [[nodiscard]] const SpecializableProperty<ImageName>& imageName() const { return imageName_; }
   void setImageName(SpecializableProperty<ImageName> imageName) { change(imageNameKeyPath, std::move(imageName), true); }
-  [[nodiscard]] const SpecializableProperty<Position>& position() const override { return position_; }
-  void setPosition(SpecializableProperty<Position> position) override { change(positionKeyPath, std::move(position), true); }
   [[nodiscard]] const SpecializableProperty<Fill>& fill() const { return fill_; }
   void setFill(SpecializableProperty<Fill> fill) { change(fillKeyPath, std::move(fill), true); }
   [[nodiscard]] const SpecializableProperty<BlendMode>& blendMode() const { return blendMode_; }
   void setBlendMode(SpecializableProperty<BlendMode> blendMode) { change(blendModeKeyPath, std::move(blendMode), true); }
-  [[nodiscard]] const SpecializableProperty<double>& opacity() const override { return opacity_; }
-  void setOpacity(SpecializableProperty<double> opacity) override { change(opacityKeyPath, std::move(opacity), true); }
   [[nodiscard]] const SpecializableProperty<bool>& isGlass() const { return isGlass_; }
   void setIsGlass(SpecializableProperty<bool> isGlass) { change(isGlassKeyPath, std::move(isGlass), true); }
-  [[nodiscard]] const SpecializableProperty<AssetMirroring>& assetMirroring() const override { return assetMirroring_; }
-  void setAssetMirroring(SpecializableProperty<AssetMirroring> assetMirroring) override {
-    change(assetMirroringKeyPath, std::move(assetMirroring), true);
-  }
-  [[nodiscard]] const SpecializableProperty<bool>& isHidden() const override { return isHidden_; }
-  void setIsHidden(SpecializableProperty<bool> isHidden) override { change(isHiddenKeyPath, std::move(isHidden), true); }
 
-  static const MemberKeyPath<Layer, std::optional<std::string>> nameKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<ImageName>> imageNameKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<Position>> positionKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<Fill>> fillKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<BlendMode>> blendModeKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<double>> opacityKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<bool>> isGlassKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<AssetMirroring>> assetMirroringKeyPath;
-  static const MemberKeyPath<Layer, SpecializableProperty<bool>> isHiddenKeyPath;
-
-  // Property enumeration, in declaration order.
-
-  /// Calls `visitor(keyPath)` for the key path of each specializable property.
-  template <class Visitor>
-  static void forEachPropertyKeyPath(Visitor&& visitor);
-  /// Calls `visitor(name, property)` for each specializable property.
-  template <class Visitor>
-  void enumerateProperties(Visitor&& visitor) const {
-    enumerateMemberProperties(*this, std::forward<Visitor>(visitor));
-  }
-  /// Calls `visitor(name, property)` with a copy of each specializable property that it may
-  /// edit; an edited copy is stored through change().
-  template <class Visitor>
-  void updateProperties(Visitor&& visitor) {
-    updateMemberProperties(*this, std::forward<Visitor>(visitor));
-  }
+  // Property enumeration (PropertyEnumerable): forEachPropertyKeyPath, enumerateProperties and
+  // updateProperties walk propertyTable, at the end of the class.
 
   // Questions for one slot.
 
@@ -242,33 +210,24 @@ class Layer final : public SharedGroupAndLayerProperties {
   SpecializableProperty<bool> isHidden_{false};
   ObservationRegistrar registrar_;
   JSONValue::Object unknownManifestMembers_;
+
+ public:
+  static constexpr MemberKeyPath<Layer, std::optional<std::string>> nameKeyPath{&Layer::name_, "name"};
+
+  // The property table, in declaration order (see PropertyTable.hpp).
+  static constexpr PropertyKeyPath imageNameKeyPath{&Layer::imageName_, "imageName",
+                                                    {"image-name", "image-name-specializations"}};
+  static constexpr PropertyKeyPath positionKeyPath{&Layer::position_, "position", {"position", "position-specializations"}};
+  static constexpr PropertyKeyPath fillKeyPath{&Layer::fill_, "fill", {"fill", "fill-specializations"}};
+  static constexpr PropertyKeyPath blendModeKeyPath{&Layer::blendMode_, "blendMode",
+                                                    {"blend-mode", "blend-mode-specializations"}};
+  static constexpr PropertyKeyPath opacityKeyPath{&Layer::opacity_, "opacity", {"opacity", "opacity-specializations"}};
+  static constexpr PropertyKeyPath isGlassKeyPath{&Layer::isGlass_, "isGlass", {"glass", "glass-specializations"}};
+  static constexpr PropertyKeyPath assetMirroringKeyPath{&Layer::assetMirroring_, "assetMirroring",
+                                                         {"asset-mirroring", "asset-mirroring-specializations"}};
+  static constexpr PropertyKeyPath isHiddenKeyPath{&Layer::isHidden_, "isHidden", {"hidden", "hidden-specializations"}};
+  static constexpr std::tuple propertyTable{imageNameKeyPath, positionKeyPath, fillKeyPath,           blendModeKeyPath,
+                                            opacityKeyPath,   isGlassKeyPath,  assetMirroringKeyPath, isHiddenKeyPath};
 };
-
-inline constexpr MemberKeyPath<Layer, std::optional<std::string>> Layer::nameKeyPath{&Layer::name_, "name"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<Layer::ImageName>> Layer::imageNameKeyPath{
-    &Layer::imageName_, "imageName"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<Position>> Layer::positionKeyPath{&Layer::position_,
-                                                                                             "position"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<Fill>> Layer::fillKeyPath{&Layer::fill_, "fill"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<BlendMode>> Layer::blendModeKeyPath{&Layer::blendMode_,
-                                                                                               "blendMode"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<double>> Layer::opacityKeyPath{&Layer::opacity_, "opacity"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<bool>> Layer::isGlassKeyPath{&Layer::isGlass_, "isGlass"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<AssetMirroring>> Layer::assetMirroringKeyPath{
-    &Layer::assetMirroring_, "assetMirroring"};
-inline constexpr MemberKeyPath<Layer, SpecializableProperty<bool>> Layer::isHiddenKeyPath{&Layer::isHidden_,
-                                                                                         "isHidden"};
-
-template <class Visitor>
-void Layer::forEachPropertyKeyPath(Visitor&& visitor) {
-  visitor(imageNameKeyPath);
-  visitor(positionKeyPath);
-  visitor(fillKeyPath);
-  visitor(blendModeKeyPath);
-  visitor(opacityKeyPath);
-  visitor(isGlassKeyPath);
-  visitor(assetMirroringKeyPath);
-  visitor(isHiddenKeyPath);
-}
 
 }  // namespace iconwright

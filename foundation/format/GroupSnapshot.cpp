@@ -2,10 +2,8 @@
 
 #include <array>
 #include <tuple>
-#include <exception>
 
 #include "foundation/format/ManifestMembers.hpp"
-#include "foundation/support/Assertions.hpp"
 
 namespace iconwright {
 
@@ -14,25 +12,23 @@ namespace {
 constexpr ManifestKeys nameKeys{"name", {}};
 constexpr ManifestKeys layersKeys{"layers", {}};
 
-// The specializable properties of a group, in the order they are read.
-const std::tuple groupProperties{
-    ManifestProperty<Group, bool>{{"hidden", "hidden-specializations"}, Group::isHiddenKeyPath, &Group::Snapshot::isHidden},
-    ManifestProperty<Group, double>{{"opacity", "opacity-specializations"}, Group::opacityKeyPath, &Group::Snapshot::opacity},
-    ManifestProperty<Group, BlurMaterial>{
-        {"blur-material", "blur-material-specializations"}, Group::blurMaterialKeyPath, &Group::Snapshot::blurMaterial},
-    ManifestProperty<Group, Shadow>{{"shadow", "shadow-specializations"}, Group::shadowKeyPath, &Group::Snapshot::shadow},
-    ManifestProperty<Group, Translucency>{
-        {"translucency", "translucency-specializations"}, Group::translucencyKeyPath, &Group::Snapshot::translucency},
-    ManifestProperty<Group, bool>{{"specular", "specular-specializations"}, Group::specularKeyPath, &Group::Snapshot::specular},
-    ManifestProperty<Group, BlendMode>{
-        {"blend-mode", "blend-mode-specializations"}, Group::blendModeKeyPath, &Group::Snapshot::blendMode},
-    ManifestProperty<Group, Lighting>{{"lighting", "lighting-specializations"}, Group::lightingKeyPath, &Group::Snapshot::lighting},
-    ManifestProperty<Group, AssetMirroring>{{"asset-mirroring", "asset-mirroring-specializations"},
-                                            Group::assetMirroringKeyPath, &Group::Snapshot::assetMirroring},
-    ManifestProperty<Group, Position>{{"position", "position-specializations"}, Group::positionKeyPath, &Group::Snapshot::position},
+// The rows of the group's property table with their snapshot fields, in the order the
+// manifest declares their keys, which is the order they are read.
+constexpr std::tuple groupProperties{
+    ManifestProperty{Group::isHiddenKeyPath, &Group::Snapshot::isHidden},
+    ManifestProperty{Group::opacityKeyPath, &Group::Snapshot::opacity},
+    ManifestProperty{Group::blurMaterialKeyPath, &Group::Snapshot::blurMaterial},
+    ManifestProperty{Group::shadowKeyPath, &Group::Snapshot::shadow},
+    ManifestProperty{Group::translucencyKeyPath, &Group::Snapshot::translucency},
+    ManifestProperty{Group::specularKeyPath, &Group::Snapshot::specular},
+    ManifestProperty{Group::blendModeKeyPath, &Group::Snapshot::blendMode},
+    ManifestProperty{Group::lightingKeyPath, &Group::Snapshot::lighting},
+    ManifestProperty{Group::assetMirroringKeyPath, &Group::Snapshot::assetMirroring},
+    ManifestProperty{Group::positionKeyPath, &Group::Snapshot::position},
 };
+static_assert(coversPropertyTable<Group>(groupProperties));
 
-const auto declaredKeys = manifestKeys(std::array{nameKeys, layersKeys}, groupProperties);
+constexpr auto declaredKeys = manifestKeys(std::array{nameKeys, layersKeys}, groupProperties);
 
 }  // namespace
 
@@ -61,11 +57,10 @@ Group::Snapshot Group::Snapshot::decodeJSON(const Decoder& decoder, bool keepsUn
 }
 
 Group::Snapshot Group::snapshot() const {
-  Snapshot snapshot{name()};
+  Snapshot snapshot;
   snapshot.layers.reserve(layers().size());
   for (const auto& layer : layers()) snapshot.layers.push_back(layer->snapshot());
-  snapshotManifestProperties(*this, snapshot, groupProperties);
-  snapshot.unknownManifestMembers = unknownManifestMembers();
+  snapshotManifestMember(*this, snapshot, groupProperties);
   return snapshot;
 }
 
@@ -74,18 +69,10 @@ std::shared_ptr<Group> Group::create(const Snapshot& snapshot) {
   layers.reserve(snapshot.layers.size());
   for (const auto& layer : snapshot.layers) layers.push_back(Layer::create(layer));
   auto group = create(std::nullopt, std::move(layers));
-  group->setName(snapshot.name);
-  applyManifestProperties(*group, snapshot, groupProperties);
-  group->setUnknownManifestMembers(snapshot.unknownManifestMembers);
+  applyManifestMember(*group, snapshot, groupProperties);
   return group;
 }
 
-std::shared_ptr<Group> Group::clone() const {
-  try {
-    return create(snapshot());
-  } catch (const std::exception& error) {
-    ICONWRIGHT_FATAL("IconComposition.Group.Snapshot", error.what());
-  }
-}
+std::shared_ptr<Group> Group::clone() const { return cloneThroughSnapshot(*this, "IconComposition.Group.Snapshot"); }
 
 }  // namespace iconwright

@@ -12,7 +12,7 @@ namespace iconwright {
 namespace {
 
 constexpr ManifestKeys groupsKeys{"groups", {}};
-constexpr ManifestKeys fillKeys{"fill", "fill-specializations"};
+constexpr ManifestKeys fillKeys = IconComposition::fillKeyPath.keys;
 constexpr ManifestKeys languagesKeys{"languages", {}};
 constexpr ManifestKeys colorSpaceKeys{"color-space-for-untagged-svg-colors", {}};
 constexpr ManifestKeys supportedPlatformsKeys{"supported-platforms", {}};

@@ -2,10 +2,8 @@
 
 #include <array>
 #include <tuple>
-#include <exception>
 
 #include "foundation/format/ManifestMembers.hpp"
-#include "foundation/support/Assertions.hpp"
 
 namespace iconwright {
 
@@ -15,22 +13,21 @@ constexpr ManifestKeys kindKeys{"kind", {}};
 constexpr ManifestKeys nameKeys{"name", {}};
 constexpr ManifestKeys materialKeys{"material", {}};
 
-// The specializable properties of a layer, in the order they are read.
-const std::tuple layerProperties{
-    ManifestProperty<Layer, Position>{{"position", "position-specializations"}, Layer::positionKeyPath, &Layer::Snapshot::position},
-    ManifestProperty<Layer, Fill>{{"fill", "fill-specializations"}, Layer::fillKeyPath, &Layer::Snapshot::fill},
-    ManifestProperty<Layer, double>{{"opacity", "opacity-specializations"}, Layer::opacityKeyPath, &Layer::Snapshot::opacity},
-    ManifestProperty<Layer, BlendMode>{
-        {"blend-mode", "blend-mode-specializations"}, Layer::blendModeKeyPath, &Layer::Snapshot::blendMode},
-    ManifestProperty<Layer, bool>{{"hidden", "hidden-specializations"}, Layer::isHiddenKeyPath, &Layer::Snapshot::isHidden},
-    ManifestProperty<Layer, bool>{{"glass", "glass-specializations"}, Layer::isGlassKeyPath, &Layer::Snapshot::isGlass},
-    ManifestProperty<Layer, AssetMirroring>{{"asset-mirroring", "asset-mirroring-specializations"},
-                                            Layer::assetMirroringKeyPath, &Layer::Snapshot::assetMirroring},
-    ManifestProperty<Layer, Layer::ImageName>{
-        {"image-name", "image-name-specializations"}, Layer::imageNameKeyPath, &Layer::Snapshot::imageName},
+// The rows of the layer's property table with their snapshot fields, in the order the
+// manifest declares their keys, which is the order they are read.
+constexpr std::tuple layerProperties{
+    ManifestProperty{Layer::positionKeyPath, &Layer::Snapshot::position},
+    ManifestProperty{Layer::fillKeyPath, &Layer::Snapshot::fill},
+    ManifestProperty{Layer::opacityKeyPath, &Layer::Snapshot::opacity},
+    ManifestProperty{Layer::blendModeKeyPath, &Layer::Snapshot::blendMode},
+    ManifestProperty{Layer::isHiddenKeyPath, &Layer::Snapshot::isHidden},
+    ManifestProperty{Layer::isGlassKeyPath, &Layer::Snapshot::isGlass},
+    ManifestProperty{Layer::assetMirroringKeyPath, &Layer::Snapshot::assetMirroring},
+    ManifestProperty{Layer::imageNameKeyPath, &Layer::Snapshot::imageName},
 };
+static_assert(coversPropertyTable<Layer>(layerProperties));
 
-const auto declaredKeys = manifestKeys(std::array{kindKeys, nameKeys, materialKeys}, layerProperties);
+constexpr auto declaredKeys = manifestKeys(std::array{kindKeys, nameKeys, materialKeys}, layerProperties);
 
 }  // namespace
 
@@ -55,25 +52,16 @@ Layer::Snapshot Layer::Snapshot::decodeJSON(const Decoder& decoder, bool keepsUn
 
 Layer::Snapshot Layer::snapshot() const {
   Snapshot snapshot;
-  snapshot.name = name();
-  snapshotManifestProperties(*this, snapshot, layerProperties);
-  snapshot.unknownManifestMembers = unknownManifestMembers();
+  snapshotManifestMember(*this, snapshot, layerProperties);
   return snapshot;
 }
 
 std::shared_ptr<Layer> Layer::create(const Snapshot& snapshot) {
-  auto layer = create(snapshot.name);
-  applyManifestProperties(*layer, snapshot, layerProperties);
-  layer->setUnknownManifestMembers(snapshot.unknownManifestMembers);
+  auto layer = create();
+  applyManifestMember(*layer, snapshot, layerProperties);
   return layer;
 }
 
-std::shared_ptr<Layer> Layer::clone() const {
-  try {
-    return create(snapshot());
-  } catch (const std::exception& error) {
-    ICONWRIGHT_FATAL("IconComposition.Layer.Snapshot", error.what());
-  }
-}
+std::shared_ptr<Layer> Layer::clone() const { return cloneThroughSnapshot(*this, "IconComposition.Layer.Snapshot"); }
 
 }  // namespace iconwright

@@ -4,34 +4,32 @@
 // a format feature this version does not know, a declared member whose value does not decode
 // is kept raw the same way, its property staying at its default; it is written back only
 // while that property still has no value of its own. Without such a feature every decoding
-// error reaches the caller. Also here: reading an array element by element, and applying a
-// property snapshot to a live member.
+// error reaches the caller. Also here: the ManifestProperty rows that pair a member type's
+// property table (document/PropertyTable.hpp) with its snapshot fields and drive the reading,
+// writing, snapshot and clone of groups and layers; reading an array element by element.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <exception>
+#include <memory>
 #include <optional>
 #include <span>
-#include <tuple>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
-#include "foundation/document/IconwrightDocumentMember.hpp"
+#include "foundation/document/PropertyTable.hpp"
 #include "foundation/format/SpecializationEncoding.hpp"
 #include "foundation/json/DecodingError.hpp"
 #include "foundation/json/JSONCoding.hpp"
+#include "foundation/support/Assertions.hpp"
 #include "foundation/support/MessageError.hpp"
 
 namespace iconwright {
-
-/// The keys of one declared member: a property's singular and plural key, or a single key
-/// (pluralKey empty).
-struct ManifestKeys {
-  std::string_view key;
-  std::string_view pluralKey;
-};
 
 /// The root's "features" names a format feature: this version knows none, so any name
 /// counts.
@@ -119,17 +117,41 @@ void applyPropertySnapshot(Member& member, const KeyPath& keyPath, const std::op
   member.change(keyPath, std::move(property), true);
 }
 
-/// One row of a member type's property table: the manifest keys of a specializable property,
-/// the live member's property and the snapshot's field for it. A tuple of rows, one table per
-/// member type, drives the manifest reader and writer and the conversions between a live
-/// member and its snapshot, so a property is added in one row.
+/// A row of a member type's property table (PropertyTable.hpp) paired with the snapshot's
+/// field for it. A tuple of these, one per member type in the order the manifest declares its
+/// keys, drives the manifest reader and writer and the conversions between a live member and
+/// its snapshot; the keys, the live property and its name all come from the document's row.
 template <class Member, class T>
 struct ManifestProperty {
   using Value = T;
-  ManifestKeys keys;
-  MemberKeyPath<Member, SpecializableProperty<T>> keyPath;
+  PropertyKeyPath<Member, T> keyPath;
   PropertySnapshot<T> Member::Snapshot::*field;
 };
+
+template <class Member, class T, class Field>
+ManifestProperty(PropertyKeyPath<Member, T>, Field) -> ManifestProperty<Member, T>;
+
+namespace detail {
+template <class A, class B>
+constexpr bool sameKeyPath(const A& lhs, const B& rhs) {
+  if constexpr (std::is_same_v<A, B>) {
+    return lhs.storage == rhs.storage;
+  } else {
+    return false;
+  }
+}
+}  // namespace detail
+
+/// Whether `rows` pairs every row of Member::propertyTable with a field, each once. Asserted
+/// where a format table is defined, so a table that misses a row does not compile.
+template <class Member, class... Rows>
+[[nodiscard]] constexpr bool coversPropertyTable(const std::tuple<Rows...>& rows) {
+  if (sizeof...(Rows) != std::tuple_size_v<decltype(Member::propertyTable)>) return false;
+  const auto pairings = [&](const auto& wanted) {
+    return std::apply([&](const auto&... row) { return (int{detail::sameKeyPath(row.keyPath, wanted)} + ...); }, rows);
+  };
+  return std::apply([&](const auto&... tableRow) { return ((pairings(tableRow) == 1) && ...); }, Member::propertyTable);
+}
 
 /// The keys of every row, after `others` (the members that are not specializable properties).
 template <std::size_t Count, class... Rows>
@@ -137,7 +159,7 @@ template <std::size_t Count, class... Rows>
   std::array<ManifestKeys, Count + sizeof...(Rows)> keys{};
   std::size_t index = 0;
   for (const auto& key : others) keys[index++] = key;
-  std::apply([&](const auto&... row) { ((keys[index++] = row.keys), ...); }, rows);
+  std::apply([&](const auto&... row) { ((keys[index++] = row.keyPath.keys), ...); }, rows);
   return keys;
 }
 
@@ -146,7 +168,7 @@ template <class Snapshot, class... Rows>
 void encodeManifestProperties(JSONValue::Object& object, const Snapshot& snapshot, const std::tuple<Rows...>& rows) {
   std::apply(
       [&](const auto&... row) {
-        (encodeSpecializableProperty(object, snapshot.*row.field, row.keys.key, row.keys.pluralKey), ...);
+        (encodeSpecializableProperty(object, snapshot.*row.field, row.keyPath.keys.key, row.keyPath.keys.pluralKey), ...);
       },
       rows);
 }
@@ -154,21 +176,40 @@ void encodeManifestProperties(JSONValue::Object& object, const Snapshot& snapsho
 /// Reads each row's snapshot field, in row order.
 template <class Snapshot, class... Rows>
 void decodeManifestProperties(ManifestObjectReader& reader, Snapshot& snapshot, const std::tuple<Rows...>& rows) {
-  std::apply([&](const auto&... row) { ((snapshot.*row.field = reader.template property<typename Rows::Value>(row.keys)), ...); },
-             rows);
+  std::apply(
+      [&](const auto&... row) {
+        ((snapshot.*row.field = reader.template property<typename Rows::Value>(row.keyPath.keys)), ...);
+      },
+      rows);
 }
 
-/// Each row's snapshot field from the live member's property.
+/// The snapshot of a live group or layer: its name, each row's field from the live property,
+/// and the kept manifest members.
 template <class Member, class... Rows>
-void snapshotManifestProperties(const Member& member, typename Member::Snapshot& snapshot,
-                                const std::tuple<Rows...>& rows) {
+void snapshotManifestMember(const Member& member, typename Member::Snapshot& snapshot, const std::tuple<Rows...>& rows) {
+  snapshot.name = member.name();
   std::apply([&](const auto&... row) { ((snapshot.*row.field = (member.*row.keyPath.storage).snapshot()), ...); }, rows);
+  snapshot.unknownManifestMembers = member.unknownManifestMembers();
 }
 
-/// Applies each row's present snapshot field to the live member.
+/// The reverse onto a new live group or layer: the name and each present field through the
+/// notifying setters, then the kept manifest members.
 template <class Member, class... Rows>
-void applyManifestProperties(Member& member, const typename Member::Snapshot& snapshot, const std::tuple<Rows...>& rows) {
+void applyManifestMember(Member& member, const typename Member::Snapshot& snapshot, const std::tuple<Rows...>& rows) {
+  member.setName(snapshot.name);
   std::apply([&](const auto&... row) { (applyPropertySnapshot(member, row.keyPath, snapshot.*row.field), ...); }, rows);
+  member.setUnknownManifestMembers(snapshot.unknownManifestMembers);
+}
+
+/// create(member.snapshot()): a snapshot made from a live member always reads back, so a
+/// failure stops the process, reported under `source`.
+template <class Member>
+[[nodiscard]] std::shared_ptr<Member> cloneThroughSnapshot(const Member& member, const char* source) {
+  try {
+    return Member::create(member.snapshot());
+  } catch (const std::exception& error) {
+    ICONWRIGHT_FATAL(source, error.what());
+  }
 }
 
 /// Adds kept members to an encoded object: an undeclared one always, a declared one only when

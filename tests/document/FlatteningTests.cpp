@@ -45,8 +45,7 @@ template <class Member>
 void expectSameEffectiveValues(const Member& before, const SpecializationSlot& beforeSlot, const Member& after,
                                const SpecializationSlot& afterSlot) {
   Member::forEachPropertyKeyPath([&](const auto& keyPath) {
-    if constexpr (std::is_same_v<std::remove_cvref_t<decltype(keyPath)>,
-                                 MemberKeyPath<Layer, SpecializableProperty<Layer::ImageName>>>) {
+    if constexpr (std::is_same_v<typename std::remove_cvref_t<decltype(keyPath)>::Value, Layer::ImageName>) {
       return;
     } else {
       const auto& was = (before.*keyPath.storage).effectiveValue(beforeSlot);

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <cctype>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "foundation/format/IconCompositionSnapshot.hpp"
@@ -136,6 +139,49 @@ TEST(GroupSnapshot, PropertyOnceSetWinsOverItsKeptValue) {
   specular.removeAllSpecializations();
   group->setSpecular(specular);
   EXPECT_NE(compactManifest(*document).find(R"("specular":"inside")"), std::string::npos);
+}
+
+// The manifest key a property's observed name calls for: kebab case, without an "is" prefix.
+std::string kebabKey(std::string_view name) {
+  if (name.size() > 2 && name.starts_with("is") && std::isupper(static_cast<unsigned char>(name[2]))) name.remove_prefix(2);
+  std::string key;
+  for (const char c : name) {
+    if (std::isupper(static_cast<unsigned char>(c))) {
+      if (!key.empty()) key += '-';
+      key += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    } else {
+      key += c;
+    }
+  }
+  return key;
+}
+
+// Each row of the member type's property table names its keys after its property, and its
+// property, given an override of its own, is written under the row's plural key and comes
+// back to the same live property: a misspelt key, or two rows sharing one snapshot field,
+// fails here.
+template <class Member>
+void expectEveryTablePropertyTravelsUnderItsKeys(const std::shared_ptr<Member>& member) {
+  const Slot slot{Idiom::watchOS, Appearance::tinted};
+  member->updateProperties([&](std::string_view, auto& property) { property.makeValueExplicit(slot); });
+  const JSONValue json = member->snapshot().encodeJSON();
+  const auto back = Member::create(Member::Snapshot::decodeJSON(Decoder(json)));
+  std::size_t rows = 0;
+  Member::forEachPropertyKeyPath([&](const auto& row) {
+    SCOPED_TRACE(row.name);
+    ++rows;
+    EXPECT_EQ(row.keys.key, kebabKey(row.name));
+    EXPECT_EQ(row.keys.pluralKey, std::string(row.keys.key) + "-specializations");
+    EXPECT_NE(json.find(row.keys.pluralKey), nullptr);
+    EXPECT_TRUE((*back).*row.storage == (*member).*row.storage);
+  });
+  EXPECT_EQ(json.objectValue().size(), rows + (std::is_same_v<Member, Group> ? 1 : 0));  // and "layers"
+}
+
+TEST(PropertyTable, EveryRowTravelsThroughTheManifestUnderItsOwnKeys) {
+  expectEveryTablePropertyTravelsUnderItsKeys(Group::create());
+  expectEveryTablePropertyTravelsUnderItsKeys(Layer::create());
+  EXPECT_EQ(IconComposition::fillKeyPath.keys.key, kebabKey(IconComposition::fillKeyPath.name));
 }
 
 }  // namespace
