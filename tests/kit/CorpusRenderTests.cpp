@@ -1,7 +1,9 @@
 // Every corpus package renders on every platform it offers, in every rendition that platform
-// has, without failing; no rendered file is kept.
+// has, without failing, and a clone made through its snapshot draws the same pixels; no
+// rendered file is kept.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 #include "foundation/tool/IconMutatingCommand.hpp"
@@ -21,12 +23,17 @@ TEST(CorpusRendering, EveryPackagePlatformAndRendition) {
     ToolCommand::Arguments arguments;
     arguments.inputDocumentPath = FilePath::make(entry.path().string());
     const auto icon = readInputIcon(arguments);
+    const auto clone = icon->cloneBySnapshot();
     for (const Platform platform : icon->supportedPlatforms().selectablePlatforms()) {
       for (const Rendition rendition : validRenditions(platform)) {
         SCOPED_TRACE(std::string(rawValue(platform)) + " " + std::string(rawValue(rendition)));
         const auto raster = renderDocument(*icon, resolveRendering(*icon, platform, rendition, Localization::base()),
                                            {}, 96, 96);
         ASSERT_TRUE(raster.has_value());
+        const auto cloned = renderDocument(*clone, resolveRendering(*clone, platform, rendition, Localization::base()),
+                                           {}, 96, 96);
+        ASSERT_TRUE(cloned.has_value());
+        EXPECT_TRUE(std::ranges::equal(raster->pixels(), cloned->pixels())) << "a clone draws the same pixels";
         EXPECT_EQ(raster->colorAt(0, 0).alpha, 0) << "the corner is outside the shape";
         ++rendered;
       }
