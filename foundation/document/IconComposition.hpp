@@ -224,9 +224,9 @@ class IconComposition final : public IconwrightDocumentMember, public PropertyEn
   template <class Visitor>
   void enumerateDocumentProperties(Visitor&& visitor) const;
   /// Some specializable property of the composition, a group or a layer has an override whose
-  /// slot holds exactly this idiom or appearance.
-  template <SpecializationSlotComponent C>
-  [[nodiscard]] bool anyPropertyHasValueWith(C component) const;
+  /// slot holds exactly this idiom or appearance, or one of these: one pass over the document.
+  template <SpecializationSlotComponent... C>
+  [[nodiscard]] bool anyPropertyHasValueWith(C... components) const;
 
   /// Whether the background should adapt to an appearance it was not authored for; an
   /// automatic fill always does.
@@ -304,11 +304,11 @@ void IconComposition::enumerateDocumentProperties(Visitor&& visitor) const {
   }
 }
 
-template <SpecializationSlotComponent C>
-bool IconComposition::anyPropertyHasValueWith(C component) const {
+template <SpecializationSlotComponent... C>
+bool IconComposition::anyPropertyHasValueWith(C... components) const {
   bool found = false;
   enumerateDocumentProperties([&](const IconwrightDocumentMember&, std::string_view, const auto& property) {
-    found = found || property.hasValueWith(component);
+    found = found || (property.hasValueWith(components) || ...);
   });
   return found;
 }

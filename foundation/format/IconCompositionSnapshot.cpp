@@ -116,9 +116,9 @@ std::shared_ptr<IconComposition> IconComposition::create(const Snapshot& snapsho
   } else {
     // A manifest from before the key: separate square icons only where some property was
     // specialized for one of the square platforms.
-    const bool iOS = composition->anyPropertyHasValueWith(Idiom::iOS);
-    const bool macOS = composition->anyPropertyHasValueWith(Idiom::macOS);
-    const auto squares = iOS || macOS ? SupportedPlatforms::Squares::unique(true, true) : SupportedPlatforms::Squares::shared();
+    const auto squares = composition->anyPropertyHasValueWith(Idiom::iOS, Idiom::macOS)
+                             ? SupportedPlatforms::Squares::unique(true, true)
+                             : SupportedPlatforms::Squares::shared();
     composition->setSupportedPlatforms({squares, SupportedPlatforms::Circles::unique(true)});
   }
   composition->setUnknownManifestMembers(snapshot.unknownManifestMembers);

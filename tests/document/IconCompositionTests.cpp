@@ -299,6 +299,8 @@ TEST(IconCompositionProperties, InferenceSeesOverridesAnywhereInTheTree) {
   EXPECT_FALSE(composition->anyPropertyHasValueWith(Idiom::iOS));
   // The parents on an axis do not count: square is not macOS.
   EXPECT_FALSE(composition->anyPropertyHasValueWith(Idiom::square));
+  EXPECT_TRUE(composition->anyPropertyHasValueWith(Idiom::iOS, Idiom::macOS));
+  EXPECT_FALSE(composition->anyPropertyHasValueWith(Idiom::iOS, Idiom::square));
 
   auto opacity = group->opacity();
   opacity.setExplicitValue(0.5, {Idiom::iOS, Appearance::base});
