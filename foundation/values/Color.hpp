@@ -45,6 +45,10 @@ struct RGBAComponents {
   friend constexpr bool operator==(const RGBAComponents&, const RGBAComponents&) = default;
 };
 
+/// The red, green and blue of a hue (in turns: degrees / 360), saturation and lightness, all
+/// 0...1, with `alpha` passed through.
+[[nodiscard]] RGBAComponents rgbFromHSL(double hueFraction, double saturation, double lightness, double alpha);
+
 /// White and alpha. Not range-checked.
 struct GrayComponents {
   double white = 0;

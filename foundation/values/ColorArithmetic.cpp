@@ -42,14 +42,6 @@ double hslChannel(double p, double q, double t) {
   return p;
 }
 
-/// `hueFraction` is the hue in degrees divided by 360.
-RGBAComponents rgbFromHSL(double hueFraction, double s, double l, double alpha) {
-  if (s == 0) return RGBAComponents{l, l, l, alpha};
-  const double q = l < 0.5 ? l * (1 + s) : l + s - s * l;
-  const double p = 2 * l - q;
-  return RGBAComponents{hslChannel(p, q, hueFraction + 1.0 / 3), hslChannel(p, q, hueFraction),
-                        hslChannel(p, q, hueFraction - 1.0 / 3), alpha};
-}
 
 /// The numbers the HSL operations work on and the case of their result: the RGB cases
 /// keep theirs; gray is taken in sRGB, extended gray in extended sRGB, and both give sRGB.
@@ -114,6 +106,14 @@ double clampedForMix(double value) {
 }
 
 }  // namespace
+
+RGBAComponents rgbFromHSL(double hueFraction, double s, double l, double alpha) {
+  if (s == 0) return RGBAComponents{l, l, l, alpha};
+  const double q = l < 0.5 ? l * (1 + s) : l + s - s * l;
+  const double p = 2 * l - q;
+  return RGBAComponents{hslChannel(p, q, hueFraction + 1.0 / 3), hslChannel(p, q, hueFraction),
+                        hslChannel(p, q, hueFraction - 1.0 / 3), alpha};
+}
 
 Color Color::mix(const Color& other, double t) const {
   const auto either = [&](Kind kind) { return this->kind() == kind || other.kind() == kind; };

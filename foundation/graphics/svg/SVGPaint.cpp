@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "foundation/graphics/svg/SVGPaintValue.hpp"
+#include "foundation/values/Color.hpp"
 
 namespace iconwright {
 namespace {
@@ -175,15 +176,6 @@ std::optional<double> alphaValue(const Argument& a) {
   return std::nullopt;
 }
 
-double hueToRGB(double p, double q, double t) {
-  if (t < 0) t += 1;
-  if (t > 1) t -= 1;
-  if (t < 1.0 / 6) return p + (q - p) * 6 * t;
-  if (t < 0.5) return q;
-  if (t < 2.0 / 3) return p + (q - p) * (2.0 / 3 - t) * 6;
-  return p;
-}
-
 std::optional<SVGColor> parseFunction(std::string_view name, std::string_view body, SVGColorSpace space) {
   auto parsed = parseArguments(body);
   if (!parsed) return std::nullopt;
@@ -221,10 +213,8 @@ std::optional<SVGColor> parseFunction(std::string_view name, std::string_view bo
     if (arguments[2].unit != "%" && !arguments[2].unit.empty()) return std::nullopt;
     const double s = clamp01(arguments[1].value / 100), l = clamp01(arguments[2].value / 100);
     const double h = std::fmod(std::fmod(hue, 360) + 360, 360) / 360;
-    if (s == 0) return makeColor(space, l, l, l, alpha);
-    const double q = l < 0.5 ? l * (1 + s) : l + s - l * s;
-    const double p = 2 * l - q;
-    return makeColor(space, hueToRGB(p, q, h + 1.0 / 3), hueToRGB(p, q, h), hueToRGB(p, q, h - 1.0 / 3), alpha);
+    const RGBAComponents rgb = rgbFromHSL(h, s, l, alpha);
+    return makeColor(space, rgb.red, rgb.green, rgb.blue, alpha);
   }
   return std::nullopt;
 }
