@@ -20,7 +20,7 @@ for name in "${targets[@]}"; do
   mkdir -p "$work/$name/corpus"
   log=$work/$name/run.log
   start=$(date +%s)
-  (cd "$work/$name" && "$program" -runs="$runs" -max_total_time="$seconds" -timeout=10 \
+  (cd "$work/$name" && "$program" -runs="$runs" -max_total_time="$seconds" -timeout="${FUZZ_TIMEOUT:-10}" \
      -rss_limit_mb=2560 -print_final_stats=1 corpus "$here/corpus/$name" >"$log" 2>&1)
   status=$?
   elapsed=$(( $(date +%s) - start ))
