@@ -101,15 +101,12 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   const Mask coverage = body->alphaMask();
   if (!individualLighting) applyLighting(*body, coverage, light);
   drawShadow(target, *body, coverage, group.shadow().effectiveValue(slot), light, pixelsPerPoint);
-  applyTranslucency(*body, group.translucency().effectiveValue(slot));
   blurBackdrop(target, coverage, group.blurMaterial().effectiveValue(slot).effectiveStrength(), pixelsPerPoint);
   Painter painter(target);
-  painter.composite(*body, compositeOperator(group.blendMode().effectiveValue(slot)), groupOpacity);
-  if (group.specular().effectiveValue(slot)) {
-    Mask faded = coverage;
-    for (float& value : faded.values()) value *= float(groupOpacity);
-    drawSpecular(target, faded, light, pixelsPerPoint);
-  }
+  // Translucency scales the group as it is composited.
+  painter.composite(*body, compositeOperator(group.blendMode().effectiveValue(slot)),
+                    groupOpacity * translucencyScale(group.translucency().effectiveValue(slot)));
+  if (group.specular().effectiveValue(slot)) drawSpecular(target, coverage, groupOpacity, light, pixelsPerPoint);
   if (glass) painter.composite(*glass, CompositeOperator::over, groupOpacity);
 }
 

@@ -39,8 +39,6 @@ class Mask {
   [[nodiscard]] float at(int x, int y) const {
     return (x < 0 || y < 0 || x >= width_ || y >= height_) ? 0.0f : row(y)[x];
   }
-  /// The value at a fractional position, bilinear; 0 beyond the edges.
-  [[nodiscard]] float sample(double x, double y) const;
   /// The smallest pixel box holding every value above `threshold`; absent when none is.
   struct Box {
     int minX, minY, maxX, maxY;  // inclusive
@@ -78,10 +76,6 @@ class Raster {
   [[nodiscard]] RGBA colorAt(int x, int y) const;
   /// The alpha channel as coverage.
   [[nodiscard]] Mask alphaMask() const;
-  /// Multiplies every channel (and so the alpha) by the mask's value at the pixel.
-  void multiplyByMask(const Mask& mask);
-  /// Multiplies every channel by a constant in 0...1.
-  void multiplyBy(double factor);
   /// An image of these pixels tagged Display P3.
   [[nodiscard]] Image makeImage() const;
 
