@@ -158,6 +158,26 @@ std::optional<BitmapContext> BitmapContext::create(double width, double height,
   return BitmapContext(std::move(impl));
 }
 
+std::optional<BitmapContext> BitmapContext::createOnBuffer(std::span<std::uint8_t> buffer, int width,
+                                                           int height, ColorSpace colorSpace) {
+  if (!Image::isAcceptableSize(width, height) || colorSpace.model() != ColorSpace::Model::rgb ||
+      buffer.size() < std::size_t(width) * std::size_t(height) * 4 ||
+      cairo_format_stride_for_width(CAIRO_FORMAT_ARGB32, width) != width * 4)
+    return std::nullopt;
+  auto impl = std::make_unique<Impl>();
+  impl->surface = makeSurface(
+      cairo_image_surface_create_for_data(buffer.data(), CAIRO_FORMAT_ARGB32, width, height, width * 4));
+  if (!impl->surface) return std::nullopt;
+  impl->cr = cairo_create(impl->surface.get());
+  if (cairo_status(impl->cr) != CAIRO_STATUS_SUCCESS) return std::nullopt;
+  impl->width = width;
+  impl->height = height;
+  impl->space = std::move(colorSpace);
+  cairo_translate(impl->cr, 0, height);
+  cairo_scale(impl->cr, 1, -1);
+  return BitmapContext(std::move(impl));
+}
+
 std::optional<BitmapContext> BitmapContext::createGray(std::span<std::uint8_t> buffer, int width,
                                                        int height) {
   if (!Image::isAcceptableSize(width, height) ||

@@ -39,6 +39,14 @@ class BitmapContext {
   [[nodiscard]] static std::optional<BitmapContext> create(
       double width, double height, ColorSpace colorSpace = ColorSpace::displayP3());
 
+  /// A BGRA raster drawing into `buffer`: `width` × 4 bytes a row, top row first, premultiplied
+  /// pixels in `colorSpace`. The buffer's bytes are the starting picture and hold the drawing
+  /// after every drawing call; it must outlive the context. Absent as for `create`, or when the
+  /// buffer is shorter than width × height × 4.
+  [[nodiscard]] static std::optional<BitmapContext> createOnBuffer(std::span<std::uint8_t> buffer, int width,
+                                                                   int height,
+                                                                   ColorSpace colorSpace = ColorSpace::displayP3());
+
   /// A gray raster drawing into `buffer`: `width` bytes a row, top row first, one gray byte a
   /// pixel with no alpha (0 black, 255 white). The buffer's bytes are the starting picture and
   /// hold the drawing after every drawing call; it must outlive the context. Absent when the

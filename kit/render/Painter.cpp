@@ -255,4 +255,10 @@ void Painter::drawWithCairo(const std::function<void(cairo_t*)>& draw) {
   cairo_surface_flush(impl_->surface.get());
 }
 
+void Painter::drawOnRaster(const std::function<void(Raster&)>& draw) {
+  cairo_surface_flush(impl_->surface.get());
+  draw(impl_->raster);
+  cairo_surface_mark_dirty(impl_->surface.get());
+}
+
 }  // namespace iconwright::kit

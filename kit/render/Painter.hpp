@@ -96,6 +96,10 @@ class Painter {
   /// Runs `draw` on the cairo context, with the current transform, for drawing backends built
   /// on cairo. The painter's state is restored afterwards.
   void drawWithCairo(const std::function<void(cairo_t*)>& draw);
+  /// Runs `draw` on the raster itself, for drawing that makes its own surface over the same
+  /// pixels: it finds what the painter drew so far, and the painter carries on from what it
+  /// leaves. The transform is the caller's to apply.
+  void drawOnRaster(const std::function<void(Raster&)>& draw);
 
  private:
   struct Impl;

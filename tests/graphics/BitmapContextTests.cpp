@@ -61,6 +61,26 @@ TEST(BitmapContext, CreationTruncatesAndRefuses) {
   EXPECT_FALSE(BitmapContext::createGray(buffer, 4, 3));
 }
 
+TEST(BitmapContext, DrawsOnACallersBuffer) {
+  std::vector<std::uint8_t> shortBuffer(4 * 3 * 4, 0);
+  EXPECT_FALSE(BitmapContext::createOnBuffer(shortBuffer, 4, 4)) << "too short for 4 × 4";
+  // The buffer's picture is the start: a fill over its lower half leaves the upper half as it was.
+  std::vector<std::uint8_t> pixels(4 * 4 * 4, 0);
+  pixels[3] = 255;  // top left pixel opaque black
+  EXPECT_FALSE(BitmapContext::createOnBuffer(pixels, 4, 4, ColorSpace::genericGrayGamma2_2()));
+  auto context = BitmapContext::createOnBuffer(pixels, 4, 4);
+  ASSERT_TRUE(context);
+  EXPECT_EQ(context->colorSpace(), ColorSpace::displayP3());
+  context->setFillColor(1, 0, 0);
+  context->fillRect(Rect::makeXYWH(0, 0, 4, 2));  // bottom two rows, y-up
+  EXPECT_EQ(pixels[3], 255) << "top left kept";
+  EXPECT_EQ(pixels[2], 0);
+  const std::uint8_t* bottomRight = &pixels[4 * (3 * 4 + 3)];
+  EXPECT_EQ(bottomRight[2], 255) << "red drawn into the buffer";
+  EXPECT_EQ(bottomRight[3], 255);
+  EXPECT_EQ(pixels[4 * (1 * 4) + 3], 0) << "second row untouched";
+}
+
 TEST(BitmapContext, OriginIsBottomLeftAndImagesAreUpright) {
   auto context = BitmapContext::create(4, 3, ColorSpace::sRGB());
   ASSERT_TRUE(context);

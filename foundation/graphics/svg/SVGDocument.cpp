@@ -75,17 +75,9 @@ void convertSurface(cairo_surface_t* surface, const ColorSpace& from, const Colo
     return;
   cairo_surface_flush(surface);
   const int width = cairo_image_surface_get_width(surface), height = cairo_image_surface_get_height(surface);
-  const int stride = cairo_image_surface_get_stride(surface);
   std::uint8_t* data = cairo_image_surface_get_data(surface);
   if (!data || !Image::isAcceptableSize(width, height)) return;
-  const std::size_t rowBytes = std::size_t(width) * 4;
-  std::vector<std::uint8_t> pixels(rowBytes * std::size_t(height));
-  for (int y = 0; y < height; ++y)
-    std::memcpy(pixels.data() + std::size_t(y) * rowBytes, data + std::ptrdiff_t(y) * stride, rowBytes);
-  const auto image = Image::create(width, height, std::move(pixels), from);
-  if (!image) return;
-  const Image converted = convertedImage(*image, to);
-  for (int y = 0; y < height; ++y) std::memcpy(data + std::ptrdiff_t(y) * stride, converted.row(y), rowBytes);
+  convertPixelsInPlace(data, width, height, std::size_t(cairo_image_surface_get_stride(surface)), from, to);
   cairo_surface_mark_dirty(surface);
 }
 
