@@ -19,28 +19,44 @@ struct Plane {
   [[nodiscard]] const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(width) * C; }
 };
 
-// A running-sum box of 2 * radius + 1 taps along each row, in place through one line of scratch.
+// A running-sum box of 2 * radius + 1 taps along each row, in place through scratch lines.
+// `R` rows are summed side by side (four chains of sums in all), since each sum waits for the
+// one before it.
 template <int C>
-void boxRows(Plane<C>& plane, std::vector<float>& line, int radius) {
+void boxRows(Plane<C>& plane, std::vector<float>& lines, int radius) {
+  constexpr int R = C >= 4 ? 1 : 4 / C;
+  constexpr int N = R * C;
   const double scale = 1.0 / double(2 * radius + 1);
   const int count = plane.width;
-  line.resize(std::size_t(count) * C);
-  for (int y = 0; y < plane.height; ++y) {
-    float* row = plane.row(y);
-    std::copy_n(row, line.size(), line.data());
-    double sum[C] = {};
-    for (int i = 0; i <= radius && i < count; ++i) {
-      for (int c = 0; c < C; ++c) sum[c] += line[std::size_t(i) * C + c];
+  const std::size_t rowSize = std::size_t(count) * C;
+  lines.resize(rowSize * R);
+  for (int y0 = 0; y0 < plane.height; y0 += R) {
+    const int rows = std::min(R, plane.height - y0);
+    // Interleaved: element k of line r is at lines[k * R + r].
+    std::fill(lines.begin(), lines.end(), 0.0f);
+    for (int r = 0; r < rows; ++r) {
+      const float* row = plane.row(y0 + r);
+      for (int i = 0; i < count; ++i) {
+        for (int c = 0; c < C; ++c) lines[(std::size_t(i) * R + r) * C + c] = row[std::size_t(i) * C + c];
+      }
     }
+    double sum[N] = {};
+    for (int i = 0; i <= radius && i < count; ++i) {
+      for (int k = 0; k < N; ++k) sum[k] += lines[std::size_t(i) * N + k];
+    }
+    float out[N];
     for (int i = 0; i < count; ++i) {
-      for (int c = 0; c < C; ++c) row[std::size_t(i) * C + c] = float(sum[c] * scale);
+      for (int k = 0; k < N; ++k) out[k] = float(sum[k] * scale);
+      for (int r = 0; r < rows; ++r) {
+        for (int c = 0; c < C; ++c) plane.row(y0 + r)[std::size_t(i) * C + c] = out[r * C + c];
+      }
       const int add = i + radius + 1;
       const int drop = i - radius;
       if (add < count) {
-        for (int c = 0; c < C; ++c) sum[c] += line[std::size_t(add) * C + c];
+        for (int k = 0; k < N; ++k) sum[k] += lines[std::size_t(add) * N + k];
       }
       if (drop >= 0) {
-        for (int c = 0; c < C; ++c) sum[c] -= line[std::size_t(drop) * C + c];
+        for (int k = 0; k < N; ++k) sum[k] -= lines[std::size_t(drop) * N + k];
       }
     }
   }
@@ -80,9 +96,9 @@ void boxColumns(Plane<C>& plane, std::vector<float>& scratch, std::vector<float>
 template <int C>
 void gaussian(Plane<C>& plane, double sigma) {
   const int radius = std::max(1, int(std::lround((std::sqrt(4.0 * sigma * sigma + 1.0) - 1.0) / 2.0)));
-  std::vector<float> line, scratch, sum;
+  std::vector<float> lines, scratch, sum;
   for (int pass = 0; pass < 3; ++pass) {
-    boxRows(plane, line, radius);
+    boxRows(plane, lines, radius);
     boxColumns(plane, scratch, sum, radius);
   }
 }
@@ -97,7 +113,8 @@ int reduction(double sigma) {
 
 // The window's input as floats, averaged over blocks of factor × factor pixels (a partial block
 // at the far edges counts its missing pixels as 0). `rowAt(y)` gives the window's row y, whose
-// first element is the window's left pixel.
+// first element is the window's left pixel. Each block's row is summed apart before it is
+// added to the reduced row, so that the sums run in registers.
 template <int C, class RowAt>
 Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
   int shift = 0;
@@ -111,16 +128,21 @@ Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
       for (std::size_t i = 0; i < std::size_t(width) * C; ++i) out[i] = float(in[i]);
       continue;
     }
-    for (int x = 0; x < width; ++x) {
-      float* o = out + std::size_t(x >> shift) * C;
-      for (int c = 0; c < C; ++c) o[c] += float(in[std::size_t(x) * C + c]) * scale;
+    for (int block = 0; block < plane.width; ++block) {
+      const int start = block << shift, end = std::min(start + factor, width);
+      float sum[C] = {};
+      for (int x = start; x < end; ++x) {
+        for (int c = 0; c < C; ++c) sum[c] += float(in[std::size_t(x) * C + c]);
+      }
+      for (int c = 0; c < C; ++c) out[std::size_t(block) * C + c] += sum[c] * scale;
     }
   }
   return plane;
 }
 
 // The blurred plane back at the window's resolution, one row at a time into `store(y, row)`:
-// bilinear from a reduced plane.
+// bilinear from a reduced plane, first down the columns (once for each reduced column), then
+// along the row.
 template <int C, class Store>
 void unload(const Plane<C>& plane, int width, int height, int factor, const Store& store) {
   if (factor == 1) {
@@ -136,6 +158,8 @@ void unload(const Plane<C>& plane, int width, int height, int factor, const Stor
     x1[x] = std::min(x0[x] + 1, plane.width - 1);
     tx[x] = float(sx - x0[x]);
   }
+  const std::size_t reducedRow = std::size_t(plane.width) * C;
+  std::vector<float> column(reducedRow);
   std::vector<float> line(std::size_t(width) * C);
   for (int y = 0; y < height; ++y) {
     const double sy = std::clamp((y + 0.5) * inverse - 0.5, 0.0, double(plane.height - 1));
@@ -144,13 +168,11 @@ void unload(const Plane<C>& plane, int width, int height, int factor, const Stor
     const float ty = float(sy - y0);
     const float* top = plane.row(y0);
     const float* bottom = plane.row(y1);
+    for (std::size_t i = 0; i < reducedRow; ++i) column[i] = top[i] + (bottom[i] - top[i]) * ty;
     for (int x = 0; x < width; ++x) {
-      const std::size_t a = std::size_t(x0[x]) * C, b = std::size_t(x1[x]) * C;
-      for (int c = 0; c < C; ++c) {
-        const float upper = top[a + c] + (top[b + c] - top[a + c]) * tx[x];
-        const float lower = bottom[a + c] + (bottom[b + c] - bottom[a + c]) * tx[x];
-        line[std::size_t(x) * C + c] = upper + (lower - upper) * ty;
-      }
+      const float* a = column.data() + std::size_t(x0[x]) * C;
+      const float* b = column.data() + std::size_t(x1[x]) * C;
+      for (int c = 0; c < C; ++c) line[std::size_t(x) * C + c] = a[c] + (b[c] - a[c]) * tx[x];
     }
     store(y, line.data());
   }

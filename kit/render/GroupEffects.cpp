@@ -125,6 +125,8 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
   const Mask::Box area = grown(*box, blurMargin(sigma), coverage.width(), coverage.height());
   Mask edge(area.maxX - area.minX + 1, area.maxY - area.minY + 1);
   Mask::Box lit{edge.width(), edge.height(), -1, -1};
+  // Columns whose two samples both lie within the coverage's columns; beyond them, 0.
+  const int safeFirst = std::max(box->minX, -fx), safeLast = std::min(box->maxX, coverage.width() - 2 - fx);
   const auto valueAt = [&](const float* row, int x) {
     return row && x >= 0 && x < coverage.width() ? row[x] : 0.0f;
   };
@@ -134,16 +136,25 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
     const float* upper = y0 >= 0 && y0 < coverage.height() ? coverage.row(y0) : nullptr;
     const float* lower = y0 + 1 >= 0 && y0 + 1 < coverage.height() ? coverage.row(y0 + 1) : nullptr;
     float* out = edge.row(y - area.minY);
-    for (int x = box->minX; x <= box->maxX; ++x) {
-      if (in[x] <= 0) continue;
-      const int x0 = x + fx;
-      const float top = valueAt(upper, x0) * (1 - tx) + valueAt(upper, x0 + 1) * tx;
-      const float bottom = valueAt(lower, x0) * (1 - tx) + valueAt(lower, x0 + 1) * tx;
-      const float value = (in[x] - (top * (1 - ty) + bottom * ty)) * fade;
-      if (value <= 0) continue;
+    const auto visit = [&](int x, float outside) {
+      const float value = (in[x] - outside) * fade;
+      if (value <= 0) return;
       const int ex = x - area.minX, ey = y - area.minY;
       out[ex] = value;
       lit = {std::min(lit.minX, ex), std::min(lit.minY, ey), std::max(lit.maxX, ex), std::max(lit.maxY, ey)};
+    };
+    for (int x = box->minX; x <= box->maxX; ++x) {
+      if (in[x] <= 0) continue;
+      const int x0 = x + fx;
+      if (upper && lower && x >= safeFirst && x <= safeLast) {
+        const float top = upper[x0] * (1 - tx) + upper[x0 + 1] * tx;
+        const float bottom = lower[x0] * (1 - tx) + lower[x0 + 1] * tx;
+        visit(x, top * (1 - ty) + bottom * ty);
+      } else {
+        const float top = valueAt(upper, x0) * (1 - tx) + valueAt(upper, x0 + 1) * tx;
+        const float bottom = valueAt(lower, x0) * (1 - tx) + valueAt(lower, x0 + 1) * tx;
+        visit(x, top * (1 - ty) + bottom * ty);
+      }
     }
   }
   if (lit.maxX < 0) return;
@@ -193,21 +204,28 @@ void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, doub
   if (!box) return;
   const double width = C::glassRimWidth * pixelsPerPoint;
   const MaskWindow soft = blurred(coverage, width, *box);
+  const Mask::Box reach = soft.box();
   const Vector toward = light.towardLight();
+  const float towardX = float(toward.dx), towardY = float(toward.dy);
   const float lightPeak = float(C::glassRimLight), shadePeak = float(C::glassRimShade);
+  // The window's row at canvas row y, absent beyond it (where the blur is 0).
+  const auto softRow = [&](int y) { return y >= reach.minY && y <= reach.maxY ? soft.mask.row(y - soft.top) : nullptr; };
   for (int y = box->minY; y <= box->maxY; ++y) {
     const float* in = coverage.row(y);
-    const float* s = soft.mask.row(y - soft.top);
+    const float* here = softRow(y);
+    const float* above = softRow(y - 1);
+    const float* below = softRow(y + 1);
     std::uint8_t* out = overlay.row(y);
     for (int x = box->minX; x <= box->maxX; ++x) {
       if (in[x] <= 0) continue;
-      const float rim = std::clamp((in[x] - s[x - soft.left]) * 2.0f, 0.0f, 1.0f) * in[x];
+      const int i = x - soft.left;
+      const float rim = std::clamp((in[x] - here[i]) * 2.0f, 0.0f, 1.0f) * in[x];
       if (rim < 1.0f / 512) continue;
       // The outward normal runs down the blurred coverage.
-      const float gx = soft.at(x - 1, y) - soft.at(x + 1, y);
-      const float gy = soft.at(x, y - 1) - soft.at(x, y + 1);
+      const float gx = (x > reach.minX ? here[i - 1] : 0.0f) - (x < reach.maxX ? here[i + 1] : 0.0f);
+      const float gy = (above ? above[i] : 0.0f) - (below ? below[i] : 0.0f);
       const float length = std::sqrt(gx * gx + gy * gy);
-      const float facing = length > 1e-6f ? float(gx * toward.dx + gy * toward.dy) / length : 0.0f;
+      const float facing = length > 1e-6f ? (gx * towardX + gy * towardY) / length : 0.0f;
       const float lit = rim * lightPeak * (0.3f + 0.7f * std::max(0.0f, facing));
       const float shade = rim * shadePeak * std::max(0.0f, -facing);
       overWhiteAndBlack(out + 4 * x, lit, shade);
