@@ -107,9 +107,9 @@ std::optional<std::vector<std::uint8_t>> encodeOutputPNG(const Raster& raster, O
   appendChunk(png, "IHDR", header);
   // iCCP: the profile's name, a zero, the compression method (0, deflate) and the profile.
   const std::string_view name = space == OutputColorSpace::sRGB ? "sRGB IEC61966-2.1" : "Display P3";
-  std::vector<std::uint8_t> iccp(name.begin(), name.end());
-  iccp.insert(iccp.end(), {0, 0});
-  iccp.insert(iccp.end(), compressedProfile->begin(), compressedProfile->end());
+  std::vector<std::uint8_t> iccp(name.size() + 2 + compressedProfile->size(), 0);
+  std::copy(name.begin(), name.end(), iccp.begin());
+  std::copy(compressedProfile->begin(), compressedProfile->end(), iccp.begin() + std::ptrdiff_t(name.size() + 2));
   appendChunk(png, "iCCP", iccp);
   appendChunk(png, "IDAT", *compressedRows);
   appendChunk(png, "IEND", {});
