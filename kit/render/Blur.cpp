@@ -198,7 +198,7 @@ Mask::Box grown(const Mask::Box& box, int margin, int width, int height) {
 MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
   const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), mask.width(), mask.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
-  MaskWindow result{Mask(width, height), area.minX, area.minY};
+  MaskWindow result{Mask::unset(width, height), area.minX, area.minY};
   const auto rowAt = [&](int y) { return mask.row(area.minY + y) + area.minX; };
   if (sigma < 0.3) {
     for (int y = 0; y < height; ++y) std::copy_n(rowAt(y), width, result.mask.row(y));

@@ -213,12 +213,14 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light) {
   if (reach <= 0) return;
   const double contrast = C::lightingContrast;
   const int count = box->maxX - box->minX + 1;
+  // The position along the light is the sum of a part from the column and one from the row.
+  std::vector<double> alongX(std::size_t(count), 0.0);
+  for (int i = 0; i < count; ++i) alongX[std::size_t(i)] = (box->minX + i + 0.5 - cx) * toward.dx / reach;
   std::vector<float> factors(std::size_t(count), 1.0f);
   for (int y = box->minY; y <= box->maxY; ++y) {
-    const double alongY = (y + 0.5 - cy) * toward.dy;
-    for (int i = 0; i < count; ++i) {
-      const double along = ((box->minX + i + 0.5 - cx) * toward.dx + alongY) / reach;
-      factors[std::size_t(i)] = float(1 + contrast * std::clamp(along, -1.0, 1.0));
+    const double alongY = (y + 0.5 - cy) * toward.dy / reach;
+    for (std::size_t i = 0; i < factors.size(); ++i) {
+      factors[i] = float(1 + contrast * std::clamp(alongX[i] + alongY, -1.0, 1.0));
     }
     // Colour stays within alpha; transparent pixels have none to scale and stay 0.
     std::uint8_t* row = raster.row(y) + 4 * box->minX;

@@ -65,8 +65,7 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   const double pixelsPerPoint = transform.a;
   const Light light{style_.lightAngle};
   const bool lightAppearance = isLight(rendering_.rendition);
-  auto body = Raster::create(target.width(), target.height());
-  if (!body) return;
+  std::optional<Raster> body;
   std::optional<Raster> glass;
 
   const bool individualLighting = group.lighting().effectiveValue(slot) == Lighting::individual;
@@ -94,9 +93,16 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
       if (!glass) glass = Raster::create(target.width(), target.height());
       if (glass) addGlassRim(*glass, coverage, light, pixelsPerPoint);
     }
-    Painter(*body).composite(*raster, compositeOperator(layer.blendMode().effectiveValue(slot)),
-                             std::clamp(layer.opacity().effectiveValue(slot), 0.0, 1.0));
+    const double opacity = std::clamp(layer.opacity().effectiveValue(slot), 0.0, 1.0);
+    if (body) {
+      Painter(*body).composite(*raster, compositeOperator(layer.blendMode().effectiveValue(slot)), opacity);
+    } else {
+      // Onto the transparent body every operator gives the layer itself, at its opacity.
+      raster->multiplyBy(opacity);
+      body = std::move(raster);
+    }
   }
+  if (!body) return;
 
   const Mask coverage = body->alphaMask();
   if (!individualLighting) applyLighting(*body, coverage, light);

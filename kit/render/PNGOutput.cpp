@@ -49,13 +49,12 @@ void appendChunk(std::vector<std::uint8_t>& out, std::string_view type, std::spa
 }
 
 // The PNG scanlines of premultiplied BGRA pixels: straight RGBA, each row behind its filter byte.
-std::vector<std::uint8_t> filteredRows(const Image& image) {
-  const int width = image.width(), height = image.height();
+std::vector<std::uint8_t> filteredRows(std::span<const std::uint8_t> pixels, int width, int height) {
   const std::size_t rowBytes = std::size_t(width) * 4;
   std::vector<std::uint8_t> out((rowBytes + 1) * std::size_t(height));
   std::vector<std::uint8_t> straight(rowBytes);
   for (int y = 0; y < height; ++y) {
-    const std::uint8_t* in = image.row(y);
+    const std::uint8_t* in = pixels.data() + rowBytes * std::size_t(y);
     for (std::size_t i = 0; i < rowBytes; i += 4) {
       const unsigned a = in[i + 3];
       std::uint8_t* s = straight.data() + i;
@@ -85,8 +84,12 @@ std::optional<OutputColorSpace> outputColorSpaceFromText(std::string_view text) 
 }
 
 std::optional<std::vector<std::uint8_t>> encodeOutputPNG(const Raster& raster, OutputColorSpace space) {
+  // The raster is in the working space, Display P3: only sRGB needs a conversion.
   const ColorSpace target = space == OutputColorSpace::sRGB ? ColorSpace::sRGB() : ColorSpace::displayP3();
-  const Image image = convertedImage(raster.makeImage(), target);
+  std::optional<Image> converted;
+  if (space == OutputColorSpace::sRGB) converted = convertedImage(raster.makeImage(), target);
+  const std::span<const std::uint8_t> pixels = converted ? converted->pixels() : raster.pixels();
+  const int width = raster.width(), height = raster.height();
 
   std::vector<std::uint8_t> profile = iccProfileData(target);
   // The profile's header carries the moment it was made; a fixed one keeps files identical.
@@ -95,14 +98,14 @@ std::optional<std::vector<std::uint8_t>> encodeOutputPNG(const Raster& raster, O
     std::copy(std::begin(created), std::end(created), profile.begin() + 24);
   }
   const auto compressedProfile = zlibCompressed(profile, profileCompressionLevel);
-  const auto compressedRows = zlibCompressed(filteredRows(image), imageCompressionLevel);
+  const auto compressedRows = zlibCompressed(filteredRows(pixels, width, height), imageCompressionLevel);
   if (!compressedProfile || !compressedRows) return std::nullopt;
 
   std::vector<std::uint8_t> png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
   png.reserve(png.size() + compressedRows->size() + compressedProfile->size() + 128);
   std::vector<std::uint8_t> header;
-  appendBigEndian(header, std::uint32_t(image.width()));
-  appendBigEndian(header, std::uint32_t(image.height()));
+  appendBigEndian(header, std::uint32_t(width));
+  appendBigEndian(header, std::uint32_t(height));
   header.insert(header.end(), {8, 6, 0, 0, 0});  // 8 bits, RGBA, deflate, adaptive filters, no interlacing
   appendChunk(png, "IHDR", header);
   // iCCP: the profile's name, a zero, the compression method (0, deflate) and the profile.

@@ -10,6 +10,8 @@ namespace iconwright::kit {
 Mask::Mask(int width, int height, float value)
     : width_(width), height_(height), values_(std::size_t(width) * std::size_t(height), value) {}
 
+Mask Mask::unset(int width, int height) { return Mask(width, height, std::size_t(width) * std::size_t(height)); }
+
 std::optional<Mask::Box> Mask::bounds(float threshold) const {
   Box box{width_, height_, -1, -1};
   // Each row is searched from both ends for its first and last value above the threshold, so
@@ -52,10 +54,16 @@ RGBA Raster::colorAt(int x, int y) const {
 }
 
 Mask Raster::alphaMask() const {
-  Mask mask(width_, height_);
+  Mask mask = Mask::unset(width_, height_);
   auto values = mask.values();
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = pixels_[4 * i + alpha] * (1.0f / 255);
   return mask;
+}
+
+void Raster::multiplyBy(double factor) {
+  const unsigned scale = unsigned(std::lround(std::clamp(factor, 0.0, 1.0) * 255));
+  if (scale == 255) return;
+  for (auto& byte : pixels_) byte = std::uint8_t((byte * scale + 127) / 255);
 }
 
 Image Raster::makeImage() const {

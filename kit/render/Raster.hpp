@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "foundation/graphics/ColorSpace.hpp"
@@ -25,9 +26,31 @@ struct RGBA {
   friend bool operator==(const RGBA&, const RGBA&) = default;
 };
 
+// Leaves new elements uninitialised, for buffers that are written whole before they are read.
+template <class T>
+struct UninitializedAllocator : std::allocator<T> {
+  template <class U>
+  struct rebind {
+    using other = UninitializedAllocator<U>;
+  };
+  UninitializedAllocator() = default;
+  template <class U>
+  UninitializedAllocator(const UninitializedAllocator<U>&) noexcept {}
+  template <class U>
+  void construct(U* p) noexcept {
+    ::new (static_cast<void*>(p)) U;
+  }
+  template <class U, class... Arguments>
+  void construct(U* p, Arguments&&... arguments) {
+    ::new (static_cast<void*>(p)) U(std::forward<Arguments>(arguments)...);
+  }
+};
+
 class Mask {
  public:
   Mask(int width, int height, float value = 0);
+  /// A mask whose values are left unset: the caller writes every one before reading any.
+  [[nodiscard]] static Mask unset(int width, int height);
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
@@ -46,9 +69,11 @@ class Mask {
   [[nodiscard]] std::optional<Box> bounds(float threshold = 1.0f / 512) const;
 
  private:
+  Mask(int width, int height, std::size_t count) : width_(width), height_(height), values_(count) {}
+
   int width_;
   int height_;
-  std::vector<float> values_;
+  std::vector<float, UninitializedAllocator<float>> values_;
 };
 
 class Raster {
@@ -76,6 +101,8 @@ class Raster {
   [[nodiscard]] RGBA colorAt(int x, int y) const;
   /// The alpha channel as coverage.
   [[nodiscard]] Mask alphaMask() const;
+  /// Every channel (and so the alpha) multiplied by a constant in 0...1.
+  void multiplyBy(double factor);
   /// An image of these pixels tagged Display P3.
   [[nodiscard]] Image makeImage() const;
 
