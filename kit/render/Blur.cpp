@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 #include <vector>
+
+#include "kit/render/PixelVector.hpp"
 
 namespace iconwright::kit {
 namespace {
@@ -128,6 +131,16 @@ Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
       for (std::size_t i = 0; i < std::size_t(width) * C; ++i) out[i] = float(in[i]);
       continue;
     }
+    if constexpr (C == 4 && std::is_same_v<std::remove_cv_t<std::remove_pointer_t<decltype(in)>>, std::uint8_t>) {
+      for (int block = 0; block < plane.width; ++block) {
+        const int start = block << shift, end = std::min(start + factor, width);
+        Float4 sum = splat(0);
+        for (int x = start; x < end; ++x) sum += loadPixel(in + std::size_t(x) * 4);
+        float* o = out + std::size_t(block) * 4;
+        storeFloats(o, loadFloats(o) + sum * scale);
+      }
+      continue;
+    }
     for (int block = 0; block < plane.width; ++block) {
       const int start = block << shift, end = std::min(start + factor, width);
       float sum[C] = {};
@@ -172,7 +185,12 @@ void unload(const Plane<C>& plane, int width, int height, int factor, const Stor
     for (int x = 0; x < width; ++x) {
       const float* a = column.data() + std::size_t(x0[x]) * C;
       const float* b = column.data() + std::size_t(x1[x]) * C;
-      for (int c = 0; c < C; ++c) line[std::size_t(x) * C + c] = a[c] + (b[c] - a[c]) * tx[x];
+      if constexpr (C == 4) {
+        const Float4 left = loadFloats(a);
+        storeFloats(line.data() + std::size_t(x) * 4, left + (loadFloats(b) - left) * tx[x]);
+      } else {
+        for (int c = 0; c < C; ++c) line[std::size_t(x) * C + c] = a[c] + (b[c] - a[c]) * tx[x];
+      }
     }
     store(y, line.data());
   }
@@ -220,14 +238,10 @@ RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region
   }
   blurWindow<4>(width, height, sigma, rowAt, [&](int y, const float* row) {
     std::uint8_t* out = result.raster.row(y);
-    for (std::size_t i = 0; i < std::size_t(width) * 4; ++i) {
-      const float v = row[i] + 0.5f;
-      out[i] = v <= 0 ? 0 : v >= 255 ? 255 : std::uint8_t(v);
-    }
-    // Keep premultiplied colour within its alpha after rounding.
     for (int x = 0; x < width; ++x) {
-      std::uint8_t* p = out + 4 * x;
-      for (int c = 0; c < 3; ++c) p[c] = std::min(p[c], p[Raster::alpha]);
+      // Rounded into 0...255, and premultiplied colour kept within its alpha.
+      const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
+      storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
     }
   });
   return result;

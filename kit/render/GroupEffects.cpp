@@ -2,37 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <numbers>
 #include <vector>
 
 #include "kit/render/Blur.hpp"
 #include "kit/render/Painter.hpp"
+#include "kit/render/PixelVector.hpp"
 
 namespace iconwright::kit {
 namespace {
 
 using C = EffectConstants;
-
-// One pixel's four channels as floats, in GCC's portable vector types: one instruction for all
-// four on every processor that has vectors of four floats.
-typedef float Float4 __attribute__((vector_size(16)));
-typedef std::int32_t Int4 __attribute__((vector_size(16)));
-typedef std::uint8_t Byte4 __attribute__((vector_size(4)));
-
-Float4 loadPixel(const std::uint8_t* p) {
-  Byte4 bytes;
-  std::memcpy(&bytes, p, 4);
-  return __builtin_convertvector(bytes, Float4);
-}
-
-// Truncates values already in 0...255 (plus the 0.5 that rounds them) into the pixel.
-void storePixel(std::uint8_t* p, Float4 value) {
-  const Byte4 bytes = __builtin_convertvector(__builtin_convertvector(value, Int4), Byte4);
-  std::memcpy(p, &bytes, 4);
-}
-
-Float4 minimum(Float4 a, Float4 b) { return a < b ? a : b; }
 
 // Lays premultiplied white (`light[i]`) and black (`shade[i]`) over `count` pixels; where both
 // are 0 the pixel stays as it is.
