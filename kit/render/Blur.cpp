@@ -154,8 +154,8 @@ Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
 }
 
 // The blurred plane back at the window's resolution, one row at a time into `store(y, row)`:
-// bilinear from a reduced plane, first down the columns (once for each reduced column), then
-// along the row.
+// bilinear from a reduced plane, each reduced row widened once along x, then the output rows
+// mixed from the two widened rows around them.
 template <int C, class Store>
 void unload(const Plane<C>& plane, int width, int height, int factor, const Store& store) {
   if (factor == 1) {
@@ -171,27 +171,41 @@ void unload(const Plane<C>& plane, int width, int height, int factor, const Stor
     x1[x] = std::min(x0[x] + 1, plane.width - 1);
     tx[x] = float(sx - x0[x]);
   }
-  const std::size_t reducedRow = std::size_t(plane.width) * C;
-  std::vector<float> column(reducedRow);
-  std::vector<float> line(std::size_t(width) * C);
+  const std::size_t lineSize = std::size_t(width) * C;
+  // Two widened rows, kept while the output rows between them are made.
+  std::vector<float> widened[2] = {std::vector<float>(lineSize), std::vector<float>(lineSize)};
+  int widenedRow[2] = {-1, -1};
+  int next = 0;
+  const auto widenedAt = [&](int r) -> const float* {
+    for (int k = 0; k < 2; ++k) {
+      if (widenedRow[k] == r) return widened[k].data();
+    }
+    const int k = next;
+    next = 1 - next;
+    widenedRow[k] = r;
+    const float* in = plane.row(r);
+    float* out = widened[k].data();
+    for (int x = 0; x < width; ++x) {
+      const float* a = in + std::size_t(x0[x]) * C;
+      const float* b = in + std::size_t(x1[x]) * C;
+      if constexpr (C == 4) {
+        const Float4 left = loadFloats(a);
+        storeFloats(out + std::size_t(x) * 4, left + (loadFloats(b) - left) * tx[x]);
+      } else {
+        for (int c = 0; c < C; ++c) out[std::size_t(x) * C + c] = a[c] + (b[c] - a[c]) * tx[x];
+      }
+    }
+    return out;
+  };
+  std::vector<float> line(lineSize);
   for (int y = 0; y < height; ++y) {
     const double sy = std::clamp((y + 0.5) * inverse - 0.5, 0.0, double(plane.height - 1));
     const int y0 = std::min(int(sy), plane.height - 1);
     const int y1 = std::min(y0 + 1, plane.height - 1);
     const float ty = float(sy - y0);
-    const float* top = plane.row(y0);
-    const float* bottom = plane.row(y1);
-    for (std::size_t i = 0; i < reducedRow; ++i) column[i] = top[i] + (bottom[i] - top[i]) * ty;
-    for (int x = 0; x < width; ++x) {
-      const float* a = column.data() + std::size_t(x0[x]) * C;
-      const float* b = column.data() + std::size_t(x1[x]) * C;
-      if constexpr (C == 4) {
-        const Float4 left = loadFloats(a);
-        storeFloats(line.data() + std::size_t(x) * 4, left + (loadFloats(b) - left) * tx[x]);
-      } else {
-        for (int c = 0; c < C; ++c) line[std::size_t(x) * C + c] = a[c] + (b[c] - a[c]) * tx[x];
-      }
-    }
+    const float* top = widenedAt(y0);
+    const float* bottom = widenedAt(y1);
+    for (std::size_t i = 0; i < lineSize; ++i) line[i] = top[i] + (bottom[i] - top[i]) * ty;
     store(y, line.data());
   }
 }
