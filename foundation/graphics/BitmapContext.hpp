@@ -97,7 +97,8 @@ class BitmapContext {
 
   /// Runs `draw` on the underlying cairo context for backends that draw through cairo (SVG).
   /// The cairo transform starts as this context's current transform (on a y-down device);
-  /// what `draw` paints is then composited with the current alpha and clip, blend mode normal.
+  /// what `draw` paints goes into a group of its own (cairo's group target while `draw` runs),
+  /// which is then composited with the current alpha and clip, blend mode normal.
   /// Requires an RGB context (a gray one ignores the call).
   void drawWithCairo(const std::function<void(cairo_t*)>& draw);
 

@@ -181,15 +181,10 @@ void SVGDocument::draw(BitmapContext& context) const {
     // User space is y-up with the canvas's bottom edge on y = 0; librsvg draws y-down.
     cairo_translate(cr, 0, canvas.height);
     cairo_scale(cr, 1, -1);
-    if (source == target) {
-      renderer.render(cr, canvas);
-      return;
-    }
-    cairo_push_group(cr);
     renderer.render(cr, canvas);
-    convertSurface(cairo_get_group_target(cr), source, target);
-    cairo_pop_group_to_source(cr);
-    cairo_paint(cr);
+    // drawWithCairo runs this in a group of its own, which holds the document's pixels alone:
+    // they are converted there, before the group is composited.
+    if (source != target) convertSurface(cairo_get_group_target(cr), source, target);
   });
 }
 
