@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "foundation/graphics/ColorManagement.hpp"
+#include "kit/render/PixelVector.hpp"
 
 namespace iconwright::kit {
 
@@ -61,9 +62,9 @@ Mask Raster::alphaMask() const {
 }
 
 void Raster::multiplyBy(double factor) {
-  const unsigned scale = unsigned(std::lround(std::clamp(factor, 0.0, 1.0) * 255));
-  if (scale == 255) return;
-  for (auto& byte : pixels_) byte = std::uint8_t((byte * scale + 127) / 255);
+  const float scale = float(std::clamp(factor, 0.0, 1.0));
+  if (scale >= 1) return;
+  for (std::size_t i = 0; i < pixels_.size(); i += 4) storePixel(&pixels_[i], loadPixel(&pixels_[i]) * scale + 0.5f);
 }
 
 Image Raster::makeImage() const {
