@@ -153,13 +153,20 @@ Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
   return plane;
 }
 
-// The blurred plane back at the window's resolution, one row at a time into `store(y, row)`:
+// The blurred plane back at the window's resolution, one row at a time: `store(y, row)` takes
+// each row, or, when `Store::direct` holds, each row is written straight into `store.row(y)`.
 // bilinear from a reduced plane, each reduced row widened once along x, then the output rows
 // mixed from the two widened rows around them.
 template <int C, class Store>
 void unload(const Plane<C>& plane, int width, int height, int factor, const Store& store) {
   if (factor == 1) {
-    for (int y = 0; y < height; ++y) store(y, plane.row(y));
+    for (int y = 0; y < height; ++y) {
+      if constexpr (Store::direct) {
+        std::copy_n(plane.row(y), std::size_t(width) * C, store.row(y));
+      } else {
+        store(y, plane.row(y));
+      }
+    }
     return;
   }
   const double inverse = 1.0 / factor;
@@ -205,8 +212,10 @@ void unload(const Plane<C>& plane, int width, int height, int factor, const Stor
     const float ty = float(sy - y0);
     const float* top = widenedAt(y0);
     const float* bottom = widenedAt(y1);
-    for (std::size_t i = 0; i < lineSize; ++i) line[i] = top[i] + (bottom[i] - top[i]) * ty;
-    store(y, line.data());
+    float* out = line.data();
+    if constexpr (Store::direct) out = store.row(y);
+    for (std::size_t i = 0; i < lineSize; ++i) out[i] = top[i] + (bottom[i] - top[i]) * ty;
+    if constexpr (!Store::direct) store(y, out);
   }
 }
 
@@ -217,6 +226,27 @@ void blurWindow(int width, int height, double sigma, const RowAt& rowAt, const S
   gaussian(plane, sigma / factor);
   unload(plane, width, height, factor, store);
 }
+
+// Where a mask's blurred rows go: straight into the window.
+struct MaskRows {
+  static constexpr bool direct = true;
+  Mask& mask;
+  float* row(int y) const { return mask.row(y); }
+};
+
+// Where a raster's blurred rows go: rounded into bytes, premultiplied colour kept within its alpha.
+struct RasterRows {
+  static constexpr bool direct = false;
+  Raster& raster;
+  int width;
+  void operator()(int y, const float* row) const {
+    std::uint8_t* out = raster.row(y);
+    for (int x = 0; x < width; ++x) {
+      const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
+      storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
+    }
+  }
+};
 
 }  // namespace
 
@@ -236,8 +266,7 @@ MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
     for (int y = 0; y < height; ++y) std::copy_n(rowAt(y), width, result.mask.row(y));
     return result;
   }
-  blurWindow<1>(width, height, sigma, rowAt,
-                [&](int y, const float* row) { std::copy_n(row, width, result.mask.row(y)); });
+  blurWindow<1>(width, height, sigma, rowAt, MaskRows{result.mask});
   return result;
 }
 
@@ -250,14 +279,7 @@ RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region
     for (int y = 0; y < height; ++y) std::copy_n(rowAt(y), result.raster.bytesPerRow(), result.raster.row(y));
     return result;
   }
-  blurWindow<4>(width, height, sigma, rowAt, [&](int y, const float* row) {
-    std::uint8_t* out = result.raster.row(y);
-    for (int x = 0; x < width; ++x) {
-      // Rounded into 0...255, and premultiplied colour kept within its alpha.
-      const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
-      storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
-    }
-  });
+  blurWindow<4>(width, height, sigma, rowAt, RasterRows{result.raster, width});
   return result;
 }
 
