@@ -213,9 +213,10 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light) {
   }
 }
 
-void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, double pixelsPerPoint) {
+std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
+                                     double pixelsPerPoint) {
   const auto box = coverage.bounds(0);
-  if (!box) return;
+  if (!box) return std::nullopt;
   const double width = C::glassRimWidth * pixelsPerPoint;
   const MaskWindow soft = blurred(coverage, width, *box);
   const Mask::Box reach = soft.box();
@@ -259,6 +260,7 @@ void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, doub
     std::swap(above, here);
     std::swap(here, below);
   }
+  return box;
 }
 
 }  // namespace iconwright::kit

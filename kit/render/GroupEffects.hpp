@@ -62,7 +62,9 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
 void applyLighting(Raster& raster, const Mask& coverage, const Light& light);
 
 /// Adds a glass layer's rim to `overlay`: light along the edges facing the light, a faint
-/// shade along the edges turned away, both inside the layer's coverage.
-void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, double pixelsPerPoint);
+/// shade along the edges turned away, both inside the layer's coverage. Returns the box of
+/// pixels it may have changed, absent when the coverage is empty.
+std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
+                                     double pixelsPerPoint);
 
 }  // namespace iconwright::kit

@@ -67,6 +67,7 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   const bool lightAppearance = isLight(rendering_.rendition);
   std::optional<Raster> body;
   std::optional<Raster> glass;
+  std::optional<Mask::Box> glassBox;  // where the glass overlay holds anything
 
   const bool individualLighting = group.lighting().effectiveValue(slot) == Lighting::individual;
   const auto& layers = group.layers();
@@ -91,11 +92,21 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
     if (individualLighting) applyLighting(*raster, coverage, light);
     if (layer.isGlass().effectiveValue(slot)) {
       if (!glass) glass = Raster::create(target.width(), target.height());
-      if (glass) addGlassRim(*glass, coverage, light, pixelsPerPoint);
+      if (glass) {
+        if (const auto box = addGlassRim(*glass, coverage, light, pixelsPerPoint)) {
+          glassBox = glassBox ? Mask::Box{std::min(glassBox->minX, box->minX), std::min(glassBox->minY, box->minY),
+                                          std::max(glassBox->maxX, box->maxX), std::max(glassBox->maxY, box->maxY)}
+                              : *box;
+        }
+      }
     }
     const double opacity = std::clamp(layer.opacity().effectiveValue(slot), 0.0, 1.0);
     if (body) {
-      Painter(*body).composite(*raster, compositeOperator(layer.blendMode().effectiveValue(slot)), opacity);
+      // A layer changes its group only where it is not transparent.
+      if (const auto box = coverage.bounds(0)) {
+        Painter(*body).compositeWithin(*raster, *box, compositeOperator(layer.blendMode().effectiveValue(slot)),
+                                       opacity);
+      }
     } else {
       // Onto the transparent body every operator gives the layer itself, at its opacity.
       raster->multiplyBy(opacity);
@@ -109,11 +120,14 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   drawShadow(target, *body, coverage, group.shadow().effectiveValue(slot), light, pixelsPerPoint);
   blurBackdrop(target, coverage, group.blurMaterial().effectiveValue(slot).effectiveStrength(), pixelsPerPoint);
   Painter painter(target);
-  // Translucency scales the group as it is composited.
-  painter.composite(*body, compositeOperator(group.blendMode().effectiveValue(slot)),
-                    groupOpacity * translucencyScale(group.translucency().effectiveValue(slot)));
+  // Translucency scales the group as it is composited, which changes the target only where the
+  // group is not transparent.
+  if (const auto box = coverage.bounds(0)) {
+    painter.compositeWithin(*body, *box, compositeOperator(group.blendMode().effectiveValue(slot)),
+                            groupOpacity * translucencyScale(group.translucency().effectiveValue(slot)));
+  }
   if (group.specular().effectiveValue(slot)) drawSpecular(target, coverage, groupOpacity, light, pixelsPerPoint);
-  if (glass) painter.composite(*glass, CompositeOperator::over, groupOpacity);
+  if (glass && glassBox) painter.compositeWithin(*glass, *glassBox, CompositeOperator::over, groupOpacity);
 }
 
 }  // namespace iconwright::kit
