@@ -98,7 +98,10 @@ class BitmapContext {
   /// Runs `draw` on the underlying cairo context for backends that draw through cairo (SVG).
   /// The cairo transform starts as this context's current transform (on a y-down device);
   /// what `draw` paints goes into a group of its own (cairo's group target while `draw` runs),
-  /// which is then composited with the current alpha and clip, blend mode normal.
+  /// which is then composited with the current alpha and clip, blend mode normal. Onto a
+  /// raster that is still wholly transparent, at alpha 1 and without a mask, it draws straight
+  /// into the raster instead, which comes to the same; the group target is then the raster,
+  /// which again holds what `draw` painted alone.
   /// Requires an RGB context (a gray one ignores the call).
   void drawWithCairo(const std::function<void(cairo_t*)>& draw);
 

@@ -221,6 +221,32 @@ TEST(BitmapContext, DisplayP3PNGDrawsRightInBothSpaces) {
   expectNear(pixelAt(srgb->makeImage(), 1, 1), {0, 0, 128, 128}, 4);
 }
 
+TEST(BitmapContext, DrawWithCairoIsAGroupOverWhatIsThere) {
+  // Painting half-transparent blue with SOURCE replaces only within the group: over opaque red
+  // the group is laid normally and red shows through; onto a transparent raster, and at full
+  // alpha, drawing straight into it gives the same as the group would.
+  const auto paintHalfBlue = [](cairo_t* cr) {
+    cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
+    cairo_set_source_rgba(cr, 0, 0, 1, 0.5);
+    cairo_paint(cr);
+  };
+  auto covered = BitmapContext::create(2, 2, ColorSpace::sRGB());
+  covered->setFillColor(1, 0, 0);
+  covered->fillRect(Rect::makeXYWH(0, 0, 1, 1));  // the bottom left pixel
+  covered->drawWithCairo(paintHalfBlue);
+  Image image = covered->makeImage();
+  expectNear(pixelAt(image, 0, 1), {128, 0, 127, 255}, 1);  // blue over red
+  expectNear(pixelAt(image, 1, 1), {128, 0, 0, 128}, 1);
+  expectNear(pixelAt(image, 1, 0), {128, 0, 0, 128}, 1);
+
+  auto empty = BitmapContext::create(2, 2, ColorSpace::sRGB());
+  empty->drawWithCairo(paintHalfBlue);
+  image = empty->makeImage();
+  for (int y = 0; y < 2; ++y) {
+    for (int x = 0; x < 2; ++x) expectNear(pixelAt(image, x, y), {128, 0, 0, 128}, 1);
+  }
+}
+
 TEST(BitmapContext, DrawWithCairoHonoursTransformAlphaAndMask) {
   auto context = BitmapContext::create(3, 2, ColorSpace::sRGB());
   context->clipToMask(Rect::makeXYWH(0, 0, 3, 2), alphaRamp({255, 255, 0, 255, 255, 255}, 3));
