@@ -14,6 +14,8 @@ Mask::Mask(int width, int height, float value)
 Mask Mask::unset(int width, int height) { return Mask(width, height, std::size_t(width) * std::size_t(height)); }
 
 std::optional<Mask::Box> Mask::bounds(float threshold) const {
+  std::optional<FoundBounds>& found = foundBounds_[threshold == 0 ? 0 : 1];
+  if (found && found->threshold == threshold) return found->box;
   Box box{width_, height_, -1, -1};
   // Each row is searched from both ends for its first and last value above the threshold, so
   // a covered row costs a few reads and only empty stretches are read whole.
@@ -29,8 +31,8 @@ std::optional<Mask::Box> Mask::bounds(float threshold) const {
     box.minY = std::min(box.minY, y);
     box.maxY = y;
   }
-  if (box.maxX < 0) return std::nullopt;
-  return box;
+  found = FoundBounds{threshold, box.maxX < 0 ? std::nullopt : std::optional<Box>(box)};
+  return found->box;
 }
 
 std::optional<Raster> Raster::create(int width, int height) {

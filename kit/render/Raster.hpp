@@ -54,15 +54,26 @@ class Mask {
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
-  [[nodiscard]] std::span<float> values() { return values_; }
+  /// Writable values; the bounds found so far are forgotten.
+  [[nodiscard]] std::span<float> values() {
+    foundBounds_[0].reset();
+    foundBounds_[1].reset();
+    return values_;
+  }
   [[nodiscard]] std::span<const float> values() const { return values_; }
-  [[nodiscard]] float* row(int y) { return values_.data() + std::size_t(y) * std::size_t(width_); }
+  [[nodiscard]] float* row(int y) {
+    foundBounds_[0].reset();
+    foundBounds_[1].reset();
+    return values_.data() + std::size_t(y) * std::size_t(width_);
+  }
   [[nodiscard]] const float* row(int y) const { return values_.data() + std::size_t(y) * std::size_t(width_); }
   /// 0 outside the mask.
   [[nodiscard]] float at(int x, int y) const {
     return (x < 0 || y < 0 || x >= width_ || y >= height_) ? 0.0f : row(y)[x];
   }
-  /// The smallest pixel box holding every value above `threshold`; absent when none is.
+  /// The smallest pixel box holding every value above `threshold`; absent when none is. The
+  /// answer is kept until the values are next written, since every effect asks it of the same
+  /// coverage.
   struct Box {
     int minX, minY, maxX, maxY;  // inclusive
   };
@@ -71,9 +82,16 @@ class Mask {
  private:
   Mask(int width, int height, std::size_t count) : width_(width), height_(height), values_(count) {}
 
+  struct FoundBounds {
+    float threshold;
+    std::optional<Box> box;
+  };
+
   int width_;
   int height_;
   std::vector<float, UninitializedAllocator<float>> values_;
+  // The last answer for threshold 0 and for any other.
+  mutable std::optional<FoundBounds> foundBounds_[2];
 };
 
 class Raster {

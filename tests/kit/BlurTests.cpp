@@ -1,5 +1,6 @@
 // The blur behind the effects: a Gaussian of the asked standard deviation whether it runs at
-// full resolution or reduced, mass kept, computed over a window that holds all of the result.
+// full resolution or reduced, mass kept, computed over a window that holds all of the result;
+// and the bounds of masks that say where the effects work.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -118,6 +119,29 @@ TEST(Blur, RastersKeepColourWithinAlphaAndFlatAreasUnchanged) {
     EXPECT_NEAR(before[Raster::alpha] + after[Raster::alpha], 255, 3);
     EXPECT_NEAR(after[Raster::red] / double(after[Raster::alpha]), 250 / 255.0, 0.03) << "the colour is kept";
   }
+}
+
+TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
+  Mask mask(10, 8);
+  EXPECT_FALSE(mask.bounds(0).has_value());
+  mask.row(2)[3] = 1;
+  mask.row(5)[7] = 0.001f;  // above 0, below the default threshold of 1/512
+  const auto any = mask.bounds(0);
+  ASSERT_TRUE(any.has_value());
+  EXPECT_EQ(any->minX, 3);
+  EXPECT_EQ(any->maxX, 7);
+  EXPECT_EQ(any->maxY, 5);
+  const auto visible = mask.bounds();
+  ASSERT_TRUE(visible.has_value());
+  EXPECT_EQ(visible->maxX, 3);
+  EXPECT_EQ(visible->maxY, 2);
+  // Written again through either accessor: the answers change with the values.
+  mask.row(7)[0] = 1;
+  EXPECT_EQ(mask.bounds(0)->minX, 0);
+  EXPECT_EQ(mask.bounds()->maxY, 7);
+  for (float& value : mask.values()) value = 0;
+  EXPECT_FALSE(mask.bounds(0).has_value());
+  EXPECT_FALSE(mask.bounds().has_value());
 }
 
 }  // namespace
