@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   g++ make cmake ninja-build pkg-config ccache
   librsvg2-dev libcairo2-dev libpugixml-dev
-  libspng-dev libturbojpeg0-dev libjpeg62-turbo-dev libwebp-dev libtiff-dev libgif-dev libheif-dev
+  libspng-dev libdeflate-dev libturbojpeg0-dev libjpeg62-turbo-dev libwebp-dev libtiff-dev libgif-dev libheif-dev
   liblcms2-dev libicu-dev nlohmann-json3-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   fonts-dejavu-core potrace librsvg2-bin libvips-tools

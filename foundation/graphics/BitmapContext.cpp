@@ -71,6 +71,25 @@ struct GState {
 
 double clamp01(double v) { return std::isnan(v) ? 0 : std::clamp(v, 0.0, 1.0); }
 
+// Whether every byte of an image surface is 0, read a word at a time.
+bool isTransparent(cairo_surface_t* surface) {
+  cairo_surface_flush(surface);
+  const std::uint8_t* data = cairo_image_surface_get_data(surface);
+  if (!data) return false;
+  const int stride = cairo_image_surface_get_stride(surface);
+  const std::size_t size = std::size_t(stride) * std::size_t(cairo_image_surface_get_height(surface));
+  std::size_t i = 0;
+  for (; i + 8 <= size; i += 8) {
+    std::uint64_t word;
+    std::memcpy(&word, data + i, 8);
+    if (word != 0) return false;
+  }
+  for (; i < size; ++i) {
+    if (data[i] != 0) return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 struct BitmapContext::Impl {
@@ -154,6 +173,26 @@ std::optional<BitmapContext> BitmapContext::create(double width, double height,
   impl->height = h;
   impl->space = std::move(colorSpace);
   cairo_translate(impl->cr, 0, h);
+  cairo_scale(impl->cr, 1, -1);
+  return BitmapContext(std::move(impl));
+}
+
+std::optional<BitmapContext> BitmapContext::createOnBuffer(std::span<std::uint8_t> buffer, int width,
+                                                           int height, ColorSpace colorSpace) {
+  if (!Image::isAcceptableSize(width, height) || colorSpace.model() != ColorSpace::Model::rgb ||
+      buffer.size() < std::size_t(width) * std::size_t(height) * 4 ||
+      cairo_format_stride_for_width(CAIRO_FORMAT_ARGB32, width) != width * 4)
+    return std::nullopt;
+  auto impl = std::make_unique<Impl>();
+  impl->surface = makeSurface(
+      cairo_image_surface_create_for_data(buffer.data(), CAIRO_FORMAT_ARGB32, width, height, width * 4));
+  if (!impl->surface) return std::nullopt;
+  impl->cr = cairo_create(impl->surface.get());
+  if (cairo_status(impl->cr) != CAIRO_STATUS_SUCCESS) return std::nullopt;
+  impl->width = width;
+  impl->height = height;
+  impl->space = std::move(colorSpace);
+  cairo_translate(impl->cr, 0, height);
   cairo_scale(impl->cr, 1, -1);
   return BitmapContext(std::move(impl));
 }
@@ -337,6 +376,16 @@ void BitmapContext::clipToMask(const Rect& rect, const Image& image) {
 void BitmapContext::drawWithCairo(const std::function<void(cairo_t*)>& draw) {
   Impl& c = *impl_;
   if (c.gray) return;
+  // Onto a raster that holds nothing yet, at full alpha and without a mask, the group would be
+  // composited unchanged: the drawing goes straight to the raster, which holds it alone.
+  if (c.state.alpha >= 1 && !c.state.mask && isTransparent(c.surface.get())) {
+    cairo_save(c.cr);
+    draw(c.cr);
+    cairo_restore(c.cr);
+    cairo_surface_flush(c.surface.get());
+    c.afterDrawing();
+    return;
+  }
   cairo_save(c.cr);
   cairo_push_group(c.cr);
   cairo_save(c.cr);

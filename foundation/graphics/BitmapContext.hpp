@@ -39,6 +39,14 @@ class BitmapContext {
   [[nodiscard]] static std::optional<BitmapContext> create(
       double width, double height, ColorSpace colorSpace = ColorSpace::displayP3());
 
+  /// A BGRA raster drawing into `buffer`: `width` × 4 bytes a row, top row first, premultiplied
+  /// pixels in `colorSpace`. The buffer's bytes are the starting picture and hold the drawing
+  /// after every drawing call; it must outlive the context. Absent as for `create`, or when the
+  /// buffer is shorter than width × height × 4.
+  [[nodiscard]] static std::optional<BitmapContext> createOnBuffer(std::span<std::uint8_t> buffer, int width,
+                                                                   int height,
+                                                                   ColorSpace colorSpace = ColorSpace::displayP3());
+
   /// A gray raster drawing into `buffer`: `width` bytes a row, top row first, one gray byte a
   /// pixel with no alpha (0 black, 255 white). The buffer's bytes are the starting picture and
   /// hold the drawing after every drawing call; it must outlive the context. Absent when the
@@ -89,7 +97,11 @@ class BitmapContext {
 
   /// Runs `draw` on the underlying cairo context for backends that draw through cairo (SVG).
   /// The cairo transform starts as this context's current transform (on a y-down device);
-  /// what `draw` paints is then composited with the current alpha and clip, blend mode normal.
+  /// what `draw` paints goes into a group of its own (cairo's group target while `draw` runs),
+  /// which is then composited with the current alpha and clip, blend mode normal. Onto a
+  /// raster that is still wholly transparent, at alpha 1 and without a mask, it draws straight
+  /// into the raster instead, which comes to the same; the group target is then the raster,
+  /// which again holds what `draw` painted alone.
   /// Requires an RGB context (a gray one ignores the call).
   void drawWithCairo(const std::function<void(cairo_t*)>& draw);
 

@@ -174,6 +174,23 @@ Image convertFromGray(const Image& image, const ColorSpace& source, const ColorS
   return *Image::create(image.width(), image.height(), std::move(out), target);
 }
 
+// Converts each row's stretch from its first to its last pixel that is not transparent;
+// transparent pixels outside it are made transparent black, as a conversion leaves them.
+void convertRows(void* transform, std::uint8_t* pixels, int width, int height, std::size_t stride) {
+  for (int y = 0; y < height; ++y) {
+    std::uint8_t* row = pixels + std::size_t(y) * stride;
+    int first = 0;
+    for (; first < width && row[4 * first + 3] == 0; ++first) row[4 * first] = row[4 * first + 1] = row[4 * first + 2] = 0;
+    if (first == width) continue;
+    int last = width - 1;
+    for (; row[4 * last + 3] == 0; --last) row[4 * last] = row[4 * last + 1] = row[4 * last + 2] = 0;
+    const std::span<std::uint8_t> stretch(row + 4 * first, std::size_t(last - first + 1) * 4);
+    unpremultiplyBGRA(stretch);
+    cmsDoTransform(transform, stretch.data(), stretch.data(), cmsUInt32Number(last - first + 1));
+    codecs::premultiplyBGRA(stretch);
+  }
+}
+
 }  // namespace
 
 std::vector<std::uint8_t> iccProfileData(const ColorSpace& space) {
@@ -214,8 +231,8 @@ Image convertedImage(const Image& image, const ColorSpace& target) {
   const std::span<const std::uint8_t> in = image.pixels();
   const cmsUInt32Number pixelCount = cmsUInt32Number(in.size() / 4);
   std::vector<std::uint8_t> out(in.begin(), in.end());
-  unpremultiplyBGRA(out);
   if (destination.model() == Model::gray) {
+    unpremultiplyBGRA(out);
     const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8,
                                                      TYPE_GRAYA_8, cmsFLAGS_COPY_ALPHA);
     if (!transform) return image.withColorSpace(target);
@@ -230,10 +247,21 @@ Image convertedImage(const Image& image, const ColorSpace& target) {
     const Transform transform = transformCache().get(source, destination, TYPE_BGRA_8,
                                                      TYPE_BGRA_8, cmsFLAGS_COPY_ALPHA);
     if (!transform) return image.withColorSpace(target);
-    cmsDoTransform(transform.get(), out.data(), out.data(), pixelCount);
-    codecs::premultiplyBGRA(out);
+    convertRows(transform.get(), out.data(), image.width(), image.height(), std::size_t(image.width()) * 4);
   }
   return *Image::create(image.width(), image.height(), std::move(out), target);
+}
+
+bool convertPixelsInPlace(std::uint8_t* pixels, int width, int height, std::size_t stride,
+                          const ColorSpace& source, const ColorSpace& target) {
+  if (source.model() != Model::rgb || target.model() != Model::rgb) return false;
+  const ColorSpace from = effectiveSpace(source), to = effectiveSpace(target);
+  if (from == to) return true;
+  const Transform transform =
+      transformCache().get(from, to, TYPE_BGRA_8, TYPE_BGRA_8, cmsFLAGS_COPY_ALPHA);
+  if (!transform) return false;
+  convertRows(transform.get(), pixels, width, height, stride);
+  return true;
 }
 
 }  // namespace iconwright

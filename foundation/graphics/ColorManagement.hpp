@@ -28,4 +28,11 @@ namespace iconwright {
 /// blue, green and red; a gray source is read from its green channel.
 [[nodiscard]] Image convertedImage(const Image& image, const ColorSpace& target);
 
+/// What `convertedImage` does to the pixels of an RGB image, in place: `height` rows of `width`
+/// premultiplied BGRA pixels, `stride` bytes apart, re-expressed from `source` in `target`.
+/// Transparent pixels cost nothing. False, with the pixels untouched, when either space is not
+/// RGB or no transform between them can be made.
+bool convertPixelsInPlace(std::uint8_t* pixels, int width, int height, std::size_t stride,
+                          const ColorSpace& source, const ColorSpace& target);
+
 }  // namespace iconwright

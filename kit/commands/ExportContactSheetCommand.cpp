@@ -29,6 +29,7 @@ class WrighttoolExportContactSheetCommand final : public ToolCommand {
   }
 
   void run() override {
+    keepFreedMemoryForReuse();
     const Arguments& args = arguments();
     const double size = args.optionalArgument("size") ? requiredPositiveNumber(args, "size") : defaultSize;
     if (size > largestSize) {

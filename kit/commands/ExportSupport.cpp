@@ -1,5 +1,7 @@
 #include "kit/commands/ExportSupport.hpp"
 
+#include <malloc.h>
+
 #include <cmath>
 #include <map>
 #include <string>
@@ -65,6 +67,13 @@ void checkExportSize(int pixelWidth, int pixelHeight) {
                        " pixels cannot be exported; at most " + std::to_string(maximumExportPixelCount) +
                        " pixels can be");
   }
+}
+
+void keepFreedMemoryForReuse() {
+  // Blocks below 32 MiB come from the heap rather than from mappings of their own, and the
+  // heap is not trimmed below 1 GiB of free space.
+  mallopt(M_MMAP_THRESHOLD, 32 << 20);
+  mallopt(M_TRIM_THRESHOLD, 1 << 30);
 }
 
 void writePNG(const ToolCommand& command, const FilePath& path, const Raster& raster, OutputColorSpace space) {

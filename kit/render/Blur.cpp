@@ -2,201 +2,284 @@
 
 #include <algorithm>
 #include <cmath>
+#include <type_traits>
 #include <vector>
+
+#include "kit/render/PixelVector.hpp"
 
 namespace iconwright::kit {
 namespace {
 
-// One channel of floats, row-major.
+// `C` interleaved channels of floats a pixel, row-major.
+template <int C>
 struct Plane {
   int width = 0;
   int height = 0;
   std::vector<float> values;
+
+  Plane(int w, int h) : width(w), height(h), values(std::size_t(w) * std::size_t(h) * C, 0.0f) {}
+  [[nodiscard]] float* row(int y) { return values.data() + std::size_t(y) * std::size_t(width) * C; }
+  [[nodiscard]] const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(width) * C; }
 };
 
-// A running-sum box of 2 * radius + 1 taps along a line of `count` values spaced by `step`.
-void boxLine(const float* in, float* out, int count, std::ptrdiff_t step, int radius) {
-  const float scale = 1.0f / float(2 * radius + 1);
-  double sum = 0;
-  for (int i = 0; i <= radius && i < count; ++i) sum += in[i * step];
-  for (int i = 0; i < count; ++i) {
-    out[i * step] = float(sum * scale);
-    const int add = i + radius + 1;
-    const int drop = i - radius;
-    if (add < count) sum += in[add * step];
-    if (drop >= 0) sum -= in[drop * step];
+// A running-sum box of 2 * radius + 1 taps along each row, in place through scratch lines.
+// `R` rows are summed side by side (four chains of sums in all), since each sum waits for the
+// one before it.
+template <int C>
+void boxRows(Plane<C>& plane, std::vector<float>& lines, int radius) {
+  constexpr int R = C >= 4 ? 1 : 4 / C;
+  constexpr int N = R * C;
+  const double scale = 1.0 / double(2 * radius + 1);
+  const int count = plane.width;
+  const std::size_t rowSize = std::size_t(count) * C;
+  lines.resize(rowSize * R);
+  for (int y0 = 0; y0 < plane.height; y0 += R) {
+    const int rows = std::min(R, plane.height - y0);
+    // Interleaved: element k of line r is at lines[k * R + r].
+    std::fill(lines.begin(), lines.end(), 0.0f);
+    for (int r = 0; r < rows; ++r) {
+      const float* row = plane.row(y0 + r);
+      for (int i = 0; i < count; ++i) {
+        for (int c = 0; c < C; ++c) lines[(std::size_t(i) * R + r) * C + c] = row[std::size_t(i) * C + c];
+      }
+    }
+    double sum[N] = {};
+    for (int i = 0; i <= radius && i < count; ++i) {
+      for (int k = 0; k < N; ++k) sum[k] += lines[std::size_t(i) * N + k];
+    }
+    float out[N];
+    for (int i = 0; i < count; ++i) {
+      for (int k = 0; k < N; ++k) out[k] = float(sum[k] * scale);
+      for (int r = 0; r < rows; ++r) {
+        for (int c = 0; c < C; ++c) plane.row(y0 + r)[std::size_t(i) * C + c] = out[r * C + c];
+      }
+      const int add = i + radius + 1;
+      const int drop = i - radius;
+      if (add < count) {
+        for (int k = 0; k < N; ++k) sum[k] += lines[std::size_t(add) * N + k];
+      }
+      if (drop >= 0) {
+        for (int k = 0; k < N; ++k) sum[k] -= lines[std::size_t(drop) * N + k];
+      }
+    }
   }
 }
 
-// Columns are summed a whole row at a time, so that memory is read in order and the inner
-// loops run over contiguous floats.
-void boxColumns(const std::vector<float>& in, std::vector<float>& out, int width, int height, int radius) {
+// The same down the columns, a whole row at a time so that memory is read in order and the
+// inner loops run over contiguous floats; `scratch` receives the result and is swapped in.
+template <int C>
+void boxColumns(Plane<C>& plane, std::vector<float>& scratch, std::vector<float>& sum, int radius) {
   const float scale = 1.0f / float(2 * radius + 1);
-  std::vector<float> sum(width, 0.0f);
-  const auto row = [&](int y) { return in.data() + std::size_t(y) * width; };
+  const std::size_t width = std::size_t(plane.width) * C;
+  const int height = plane.height;
+  scratch.resize(plane.values.size());
+  sum.assign(width, 0.0f);
+  float* s = sum.data();
   for (int y = 0; y <= radius && y < height; ++y) {
-    const float* r = row(y);
-    for (int x = 0; x < width; ++x) sum[x] += r[x];
+    const float* r = plane.row(y);
+    for (std::size_t x = 0; x < width; ++x) s[x] += r[x];
   }
   for (int y = 0; y < height; ++y) {
-    float* o = out.data() + std::size_t(y) * width;
-    for (int x = 0; x < width; ++x) o[x] = sum[x] * scale;
+    float* out = scratch.data() + std::size_t(y) * width;
+    for (std::size_t x = 0; x < width; ++x) out[x] = s[x] * scale;
     if (y + radius + 1 < height) {
-      const float* add = row(y + radius + 1);
-      for (int x = 0; x < width; ++x) sum[x] += add[x];
+      const float* add = plane.row(y + radius + 1);
+      for (std::size_t x = 0; x < width; ++x) s[x] += add[x];
     }
     if (y - radius >= 0) {
-      const float* drop = row(y - radius);
-      for (int x = 0; x < width; ++x) sum[x] -= drop[x];
+      const float* drop = plane.row(y - radius);
+      for (std::size_t x = 0; x < width; ++x) s[x] -= drop[x];
     }
   }
-}
-
-void boxBlur(Plane& plane, int radius) {
-  if (radius < 1) return;
-  std::vector<float> scratch(plane.values.size());
-  for (int y = 0; y < plane.height; ++y) {
-    const std::size_t offset = std::size_t(y) * plane.width;
-    boxLine(plane.values.data() + offset, scratch.data() + offset, plane.width, 1, radius);
-  }
-  boxColumns(scratch, plane.values, plane.width, plane.height, radius);
+  plane.values.swap(scratch);
 }
 
 // Three boxes whose combined variance is that of the Gaussian: each box of width w adds
 // (w² - 1) / 12.
-void gaussian(Plane& plane, double sigma) {
+template <int C>
+void gaussian(Plane<C>& plane, double sigma) {
   const int radius = std::max(1, int(std::lround((std::sqrt(4.0 * sigma * sigma + 1.0) - 1.0) / 2.0)));
-  for (int pass = 0; pass < 3; ++pass) boxBlur(plane, radius);
-}
-
-Plane reduced(const Plane& plane, int factor) {
-  Plane small{(plane.width + factor - 1) / factor, (plane.height + factor - 1) / factor, {}};
-  small.values.assign(std::size_t(small.width) * small.height, 0.0f);
-  const float scale = 1.0f / float(factor * factor);
-  for (int y = 0; y < plane.height; ++y) {
-    const float* in = plane.values.data() + std::size_t(y) * plane.width;
-    float* out = small.values.data() + std::size_t(y / factor) * small.width;
-    for (int x = 0; x < plane.width; ++x) out[x / factor] += in[x] * scale;
-  }
-  return small;
-}
-
-void enlarge(const Plane& small, Plane& plane, int factor) {
-  const double inverse = 1.0 / factor;
-  std::vector<int> x0(plane.width);
-  std::vector<float> tx(plane.width);
-  for (int x = 0; x < plane.width; ++x) {
-    const double sx = std::clamp((x + 0.5) * inverse - 0.5, 0.0, double(small.width - 1));
-    x0[x] = std::min(int(sx), small.width - 1);
-    tx[x] = float(sx - x0[x]);
-  }
-  for (int y = 0; y < plane.height; ++y) {
-    const double sy = std::clamp((y + 0.5) * inverse - 0.5, 0.0, double(small.height - 1));
-    const int y0 = std::min(int(sy), small.height - 1);
-    const int y1 = std::min(y0 + 1, small.height - 1);
-    const float ty = float(sy - y0);
-    const float* top = small.values.data() + std::size_t(y0) * small.width;
-    const float* bottom = small.values.data() + std::size_t(y1) * small.width;
-    float* out = plane.values.data() + std::size_t(y) * plane.width;
-    for (int x = 0; x < plane.width; ++x) {
-      const int a = x0[x];
-      const int b = std::min(a + 1, small.width - 1);
-      const float upper = top[a] + (top[b] - top[a]) * tx[x];
-      const float lower = bottom[a] + (bottom[b] - bottom[a]) * tx[x];
-      out[x] = upper + (lower - upper) * ty;
-    }
+  std::vector<float> lines, scratch, sum;
+  for (int pass = 0; pass < 3; ++pass) {
+    boxRows(plane, lines, radius);
+    boxColumns(plane, scratch, sum, radius);
   }
 }
 
-void blurPlane(Plane& plane, double sigma) {
-  if (sigma < 0.3) return;
+// The power of two by which a blur of `sigma` is reduced: the reduced blur keeps a standard
+// deviation of at least 1.5 pixels.
+int reduction(double sigma) {
   int factor = 1;
   while (factor < 8 && sigma / (factor * 2) >= 1.5) factor *= 2;
-  if (factor == 1) {
-    gaussian(plane, sigma);
-    return;
-  }
-  Plane small = reduced(plane, factor);
-  gaussian(small, sigma / factor);
-  enlarge(small, plane, factor);
+  return factor;
 }
 
-int blurMargin(double sigma) { return int(std::ceil(3 * sigma)) + 2; }
+// The window's input as floats, averaged over blocks of factor × factor pixels (a partial block
+// at the far edges counts its missing pixels as 0). `rowAt(y)` gives the window's row y, whose
+// first element is the window's left pixel. Each block's row is summed apart before it is
+// added to the reduced row, so that the sums run in registers.
+template <int C, class RowAt>
+Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
+  int shift = 0;
+  while ((1 << shift) < factor) ++shift;
+  Plane<C> plane((width + factor - 1) >> shift, (height + factor - 1) >> shift);
+  const float scale = 1.0f / float(factor * factor);
+  for (int y = 0; y < height; ++y) {
+    const auto* in = rowAt(y);
+    float* out = plane.row(y >> shift);
+    if (factor == 1) {
+      for (std::size_t i = 0; i < std::size_t(width) * C; ++i) out[i] = float(in[i]);
+      continue;
+    }
+    if constexpr (C == 4 && std::is_same_v<std::remove_cv_t<std::remove_pointer_t<decltype(in)>>, std::uint8_t>) {
+      for (int block = 0; block < plane.width; ++block) {
+        const int start = block << shift, end = std::min(start + factor, width);
+        Float4 sum = splat(0);
+        for (int x = start; x < end; ++x) sum += loadPixel(in + std::size_t(x) * 4);
+        float* o = out + std::size_t(block) * 4;
+        storeFloats(o, loadFloats(o) + sum * scale);
+      }
+      continue;
+    }
+    for (int block = 0; block < plane.width; ++block) {
+      const int start = block << shift, end = std::min(start + factor, width);
+      float sum[C] = {};
+      for (int x = start; x < end; ++x) {
+        for (int c = 0; c < C; ++c) sum[c] += float(in[std::size_t(x) * C + c]);
+      }
+      for (int c = 0; c < C; ++c) out[std::size_t(block) * C + c] += sum[c] * scale;
+    }
+  }
+  return plane;
+}
+
+// The blurred plane back at the window's resolution, one row at a time: `store(y, row)` takes
+// each row, or, when `Store::direct` holds, each row is written straight into `store.row(y)`.
+// bilinear from a reduced plane, each reduced row widened once along x, then the output rows
+// mixed from the two widened rows around them.
+template <int C, class Store>
+void unload(const Plane<C>& plane, int width, int height, int factor, const Store& store) {
+  if (factor == 1) {
+    for (int y = 0; y < height; ++y) {
+      if constexpr (Store::direct) {
+        std::copy_n(plane.row(y), std::size_t(width) * C, store.row(y));
+      } else {
+        store(y, plane.row(y));
+      }
+    }
+    return;
+  }
+  const double inverse = 1.0 / factor;
+  std::vector<int> x0(width), x1(width);
+  std::vector<float> tx(width);
+  for (int x = 0; x < width; ++x) {
+    const double sx = std::clamp((x + 0.5) * inverse - 0.5, 0.0, double(plane.width - 1));
+    x0[x] = std::min(int(sx), plane.width - 1);
+    x1[x] = std::min(x0[x] + 1, plane.width - 1);
+    tx[x] = float(sx - x0[x]);
+  }
+  const std::size_t lineSize = std::size_t(width) * C;
+  // Two widened rows, kept while the output rows between them are made.
+  std::vector<float> widened[2] = {std::vector<float>(lineSize), std::vector<float>(lineSize)};
+  int widenedRow[2] = {-1, -1};
+  int next = 0;
+  const auto widenedAt = [&](int r) -> const float* {
+    for (int k = 0; k < 2; ++k) {
+      if (widenedRow[k] == r) return widened[k].data();
+    }
+    const int k = next;
+    next = 1 - next;
+    widenedRow[k] = r;
+    const float* in = plane.row(r);
+    float* out = widened[k].data();
+    for (int x = 0; x < width; ++x) {
+      const float* a = in + std::size_t(x0[x]) * C;
+      const float* b = in + std::size_t(x1[x]) * C;
+      if constexpr (C == 4) {
+        const Float4 left = loadFloats(a);
+        storeFloats(out + std::size_t(x) * 4, left + (loadFloats(b) - left) * tx[x]);
+      } else {
+        for (int c = 0; c < C; ++c) out[std::size_t(x) * C + c] = a[c] + (b[c] - a[c]) * tx[x];
+      }
+    }
+    return out;
+  };
+  std::vector<float> line(lineSize);
+  for (int y = 0; y < height; ++y) {
+    const double sy = std::clamp((y + 0.5) * inverse - 0.5, 0.0, double(plane.height - 1));
+    const int y0 = std::min(int(sy), plane.height - 1);
+    const int y1 = std::min(y0 + 1, plane.height - 1);
+    const float ty = float(sy - y0);
+    const float* top = widenedAt(y0);
+    const float* bottom = widenedAt(y1);
+    float* out = line.data();
+    if constexpr (Store::direct) out = store.row(y);
+    for (std::size_t i = 0; i < lineSize; ++i) out[i] = top[i] + (bottom[i] - top[i]) * ty;
+    if constexpr (!Store::direct) store(y, out);
+  }
+}
+
+template <int C, class RowAt, class Store>
+void blurWindow(int width, int height, double sigma, const RowAt& rowAt, const Store& store) {
+  const int factor = reduction(sigma);
+  Plane<C> plane = load<C>(width, height, factor, rowAt);
+  gaussian(plane, sigma / factor);
+  unload(plane, width, height, factor, store);
+}
+
+// Where a mask's blurred rows go: straight into the window.
+struct MaskRows {
+  static constexpr bool direct = true;
+  Mask& mask;
+  float* row(int y) const { return mask.row(y); }
+};
+
+// Where a raster's blurred rows go: rounded into bytes, premultiplied colour kept within its alpha.
+struct RasterRows {
+  static constexpr bool direct = false;
+  Raster& raster;
+  int width;
+  void operator()(int y, const float* row) const {
+    std::uint8_t* out = raster.row(y);
+    for (int x = 0; x < width; ++x) {
+      const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
+      storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
+    }
+  }
+};
 
 }  // namespace
+
+int blurMargin(double sigma) { return int(std::ceil(3 * sigma)) + 2; }
 
 Mask::Box grown(const Mask::Box& box, int margin, int width, int height) {
   return {std::max(0, box.minX - margin), std::max(0, box.minY - margin), std::min(width - 1, box.maxX + margin),
           std::min(height - 1, box.maxY + margin)};
 }
 
-Mask blurred(const Mask& mask, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(sigma), mask.width(), mask.height());
+MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
+  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), mask.width(), mask.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
-  Plane plane{width, height, std::vector<float>(std::size_t(width) * height)};
-  for (int y = 0; y < height; ++y) {
-    std::copy_n(mask.row(area.minY + y) + area.minX, width, plane.values.data() + std::size_t(y) * width);
+  MaskWindow result{Mask::unset(width, height), area.minX, area.minY};
+  const auto rowAt = [&](int y) { return mask.row(area.minY + y) + area.minX; };
+  if (sigma < 0.3) {
+    for (int y = 0; y < height; ++y) std::copy_n(rowAt(y), width, result.mask.row(y));
+    return result;
   }
-  blurPlane(plane, sigma);
-  Mask result(mask.width(), mask.height());
-  for (int y = 0; y < height; ++y) {
-    std::copy_n(plane.values.data() + std::size_t(y) * width, width, result.row(area.minY + y) + area.minX);
-  }
+  blurWindow<1>(width, height, sigma, rowAt, MaskRows{result.mask});
   return result;
 }
 
-Raster blurred(const Raster& raster, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(sigma), raster.width(), raster.height());
+RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region) {
+  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), raster.width(), raster.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
-  Raster result = *Raster::create(raster.width(), raster.height());
-  for (int channel = 0; channel < 4; ++channel) {
-    Plane plane{width, height, std::vector<float>(std::size_t(width) * height)};
-    for (int y = 0; y < height; ++y) {
-      const std::uint8_t* in = raster.row(area.minY + y) + 4 * area.minX + channel;
-      float* out = plane.values.data() + std::size_t(y) * width;
-      for (int x = 0; x < width; ++x) out[x] = in[4 * x];
-    }
-    blurPlane(plane, sigma);
-    for (int y = 0; y < height; ++y) {
-      std::uint8_t* out = result.row(area.minY + y) + 4 * area.minX + channel;
-      const float* in = plane.values.data() + std::size_t(y) * width;
-      for (int x = 0; x < width; ++x) out[4 * x] = toByte(in[x] / 255.0);
-    }
+  RasterWindow result{*Raster::create(width, height), area.minX, area.minY};
+  const auto rowAt = [&](int y) { return raster.row(area.minY + y) + std::size_t(area.minX) * Raster::bytesPerPixel; };
+  if (sigma < 0.3) {
+    for (int y = 0; y < height; ++y) std::copy_n(rowAt(y), result.raster.bytesPerRow(), result.raster.row(y));
+    return result;
   }
-  for (int y = area.minY; y <= area.maxY; ++y) {
-    std::uint8_t* p = result.row(y) + 4 * area.minX;
-    for (int x = 0; x < width; ++x, p += 4) {
-      for (int c = 0; c < 3; ++c) p[c] = std::min(p[c], p[Raster::alpha]);
-    }
-  }
-  return result;
-}
-
-Mask blurred(const Mask& mask, double sigma) {
-  Plane plane{mask.width(), mask.height(), {mask.values().begin(), mask.values().end()}};
-  blurPlane(plane, sigma);
-  Mask result(mask.width(), mask.height());
-  std::copy(plane.values.begin(), plane.values.end(), result.values().begin());
-  return result;
-}
-
-Raster blurred(const Raster& raster, double sigma) {
-  Raster result = raster;
-  if (sigma < 0.3) return result;
-  const std::size_t count = std::size_t(raster.width()) * raster.height();
-  const auto in = raster.pixels();
-  auto out = result.pixels();
-  for (int channel = 0; channel < 4; ++channel) {
-    Plane plane{raster.width(), raster.height(), std::vector<float>(count)};
-    for (std::size_t i = 0; i < count; ++i) plane.values[i] = in[4 * i + channel];
-    blurPlane(plane, sigma);
-    for (std::size_t i = 0; i < count; ++i) out[4 * i + channel] = toByte(plane.values[i] / 255.0);
-  }
-  // Keep premultiplied colour within its alpha after rounding.
-  for (std::size_t i = 0; i < count; ++i) {
-    std::uint8_t* p = &out[4 * i];
-    for (int c = 0; c < 3; ++c) p[c] = std::min(p[c], p[Raster::alpha]);
-  }
+  blurWindow<4>(width, height, sigma, rowAt, RasterRows{result.raster, width});
   return result;
 }
 

@@ -1,23 +1,45 @@
 // Gaussian-like blur of masks and rasters, the one expensive primitive of the effects. Three
 // box passes in each direction approximate a Gaussian of the given standard deviation; wide
 // blurs run on a copy reduced by a power of two and are scaled back up with bilinear
-// filtering, which keeps the cost nearly independent of the radius. Deterministic: plain
-// loops in a fixed order, no threads. Pixels beyond the edges count as transparent.
+// filtering, which keeps the cost nearly independent of the radius. Only a window around the
+// region that holds the input is computed. Deterministic: plain loops in a fixed order, no
+// threads. Pixels beyond the edges count as transparent.
 #pragma once
 
 #include "kit/render/Raster.hpp"
 
 namespace iconwright::kit {
 
-/// `mask` blurred with standard deviation `sigma` pixels; a copy for sigma below 0.3.
-[[nodiscard]] Mask blurred(const Mask& mask, double sigma);
-/// Every channel of the premultiplied raster blurred alike.
-[[nodiscard]] Raster blurred(const Raster& raster, double sigma);
+/// Part of a larger grid: the grid's pixel (x, y) is the mask's (x - left, y - top), and every
+/// value beyond the mask is 0.
+struct MaskWindow {
+  Mask mask;
+  int left = 0;
+  int top = 0;
 
-/// The same, computed only where it can differ from 0 around `region`: the region grown by
-/// three standard deviations. Elsewhere the result is 0 (transparent).
-[[nodiscard]] Mask blurred(const Mask& mask, double sigma, const Mask::Box& region);
-[[nodiscard]] Raster blurred(const Raster& raster, double sigma, const Mask::Box& region);
+  [[nodiscard]] float at(int x, int y) const { return mask.at(x - left, y - top); }
+  /// The grid's pixels the window covers.
+  [[nodiscard]] Mask::Box box() const { return {left, top, left + mask.width() - 1, top + mask.height() - 1}; }
+};
+
+/// The same for a raster; transparent beyond it.
+struct RasterWindow {
+  Raster raster;
+  int left = 0;
+  int top = 0;
+
+  [[nodiscard]] Mask::Box box() const { return {left, top, left + raster.width() - 1, top + raster.height() - 1}; }
+};
+
+/// `mask` blurred with standard deviation `sigma` pixels (unchanged below 0.3), computed over
+/// `region` grown by three standard deviations (within the mask), which is where a blur of
+/// what `region` holds can differ from 0. Input beyond that window counts as 0.
+[[nodiscard]] MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region);
+/// Every channel of the premultiplied raster blurred alike, over the same window.
+[[nodiscard]] RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region);
+
+/// How far beyond what it blurs a blur of `sigma` pixels reaches.
+[[nodiscard]] int blurMargin(double sigma);
 
 /// `box` grown by `margin` pixels on each side, kept within `width` × `height`.
 [[nodiscard]] Mask::Box grown(const Mask::Box& box, int margin, int width, int height);

@@ -3,23 +3,34 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "kit/render/Blur.hpp"
 #include "kit/render/Painter.hpp"
+#include "kit/render/PixelVector.hpp"
 
 namespace iconwright::kit {
 namespace {
 
 using C = EffectConstants;
 
-// Lays premultiplied white (`light`) and black (`shade`) over one pixel.
-void overWhiteAndBlack(std::uint8_t* p, float light, float shade) {
-  const float coverage = std::clamp(light + shade, 0.0f, 1.0f);
-  if (coverage <= 0) return;
-  const float keep = 1 - coverage;
-  const float white = std::min(light, 1.0f) * 255;
-  for (int c = 0; c < 3; ++c) p[c] = toByte((p[c] * keep + white) / 255.0);
-  p[Raster::alpha] = toByte((p[Raster::alpha] * keep + coverage * 255) / 255.0);
+// Lays premultiplied white (`light[i]`) and black (`shade[i]`) over `count` pixels; where both
+// are 0 the pixel stays as it is.
+void overWhiteAndBlack(std::uint8_t* pixels, const float* light, const float* shade, int count) {
+  for (int i = 0; i < count; ++i) {
+    if (light[i] + shade[i] <= 0) continue;
+    std::uint8_t* p = pixels + 4 * i;
+    const float coverage = std::min(light[i] + shade[i], 1.0f);
+    const float white = std::min(light[i], 1.0f) * 255 + 0.5f;
+    const Float4 added = {white, white, white, coverage * 255 + 0.5f};
+    storePixel(p, minimum(Float4{255, 255, 255, 255}, loadPixel(p) * (1 - coverage) + added));
+  }
+}
+
+// A value in 0...255 (or slightly beyond) rounded to a byte.
+std::uint8_t roundedByte(float value) {
+  const float v = value + 0.5f;
+  return v <= 0 ? 0 : v >= 255 ? 255 : std::uint8_t(v);
 }
 
 }  // namespace
@@ -39,87 +50,136 @@ void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const
   const int dy = int(std::lround(-away.dy * C::shadowOffset * pixelsPerPoint));
   const double sigma = C::shadowBlur * pixelsPerPoint;
   const float opacity = float(std::min(shadow.opacity, 1.0));
-  auto shade = Raster::create(canvas.width(), canvas.height());
-  if (!shade) return;
   const int width = canvas.width(), height = canvas.height();
   // Where the moved, blurred silhouette can reach.
   const Mask::Box moved{box->minX + dx, box->minY + dy, box->maxX + dx, box->maxY + dy};
   const Mask::Box area = grown(moved, int(std::ceil(3 * sigma)) + 2, width, height);
+  if (area.minX > area.maxX || area.minY > area.maxY) return;
+  auto shade = Raster::create(area.maxX - area.minX + 1, area.maxY - area.minY + 1);
+  if (!shade) return;
   if (shadow.kind == Shadow::Kind::layerColor) {
-    const Raster soft = blurred(group, sigma, *box);
+    const RasterWindow soft = blurred(group, sigma, *box);
+    const Mask::Box reach = soft.box();
+    const float darkening = float(C::layerColorShadowDarkening);
     for (int y = area.minY; y <= area.maxY; ++y) {
       const int sy = y - dy;
-      if (sy < 0 || sy >= height) continue;
-      const std::uint8_t* in = soft.row(sy);
-      std::uint8_t* out = shade->row(y);
-      for (int x = area.minX; x <= area.maxX; ++x) {
-        const int sx = x - dx;
-        if (sx < 0 || sx >= width) continue;
-        const float keep = opacity * (1 - coverage.row(y)[x]);
-        const std::uint8_t* p = in + 4 * sx;
-        for (int c = 0; c < 3; ++c) out[4 * x + c] = toByte(p[c] * keep * C::layerColorShadowDarkening / 255.0);
-        out[4 * x + 3] = toByte(p[3] * keep / 255.0);
+      if (sy < reach.minY || sy > reach.maxY) continue;
+      const std::uint8_t* in = soft.raster.row(sy - soft.top);
+      const float* covered = coverage.row(y);
+      std::uint8_t* out = shade->row(y - area.minY);
+      for (int x = std::max(area.minX, reach.minX + dx); x <= std::min(area.maxX, reach.maxX + dx); ++x) {
+        const float keep = opacity * (1 - covered[x]);
+        const std::uint8_t* p = in + 4 * (x - dx - soft.left);
+        std::uint8_t* o = out + 4 * (x - area.minX);
+        for (int c = 0; c < 3; ++c) o[c] = roundedByte(p[c] * keep * darkening);
+        o[3] = roundedByte(p[3] * keep);
       }
     }
   } else {
-    const Mask soft = blurred(coverage, sigma, *box);
+    const MaskWindow soft = blurred(coverage, sigma, *box);
     for (int y = area.minY; y <= area.maxY; ++y) {
-      std::uint8_t* out = shade->row(y);
+      const float* covered = coverage.row(y);
+      std::uint8_t* out = shade->row(y - area.minY);
       for (int x = area.minX; x <= area.maxX; ++x) {
-        const float value = soft.at(x - dx, y - dy) * opacity * (1 - coverage.row(y)[x]);
-        out[4 * x + 3] = toByte(value);
+        const float value = soft.at(x - dx, y - dy) * opacity * (1 - covered[x]);
+        out[4 * (x - area.minX) + 3] = roundedByte(value * 255);
       }
     }
   }
-  Painter(canvas).composite(*shade);
+  Painter(canvas).composite(*shade, CompositeOperator::over, 1, area.minX, area.minY);
 }
 
-void applyTranslucency(Raster& group, const Translucency& translucency) {
-  if (!translucency.enabled) return;
-  group.multiplyBy(1 - std::clamp(translucency.value, 0.0, 1.0) * C::maximumTranslucency);
+double translucencyScale(const Translucency& translucency) {
+  if (!translucency.enabled) return 1;
+  return 1 - std::clamp(translucency.value, 0.0, 1.0) * C::maximumTranslucency;
 }
 
 void blurBackdrop(Raster& canvas, const Mask& coverage, double strength, double pixelsPerPoint) {
   if (strength <= 0) return;
   const auto box = coverage.bounds(0);
   if (!box) return;
-  const Raster soft = blurred(canvas, std::min(strength, 1.0) * C::maximumMaterialBlur * pixelsPerPoint, *box);
+  const RasterWindow soft = blurred(canvas, std::min(strength, 1.0) * C::maximumMaterialBlur * pixelsPerPoint, *box);
   for (int y = box->minY; y <= box->maxY; ++y) {
     std::uint8_t* row = canvas.row(y);
-    const std::uint8_t* blurredRow = soft.row(y);
+    const std::uint8_t* blurredRow = soft.raster.row(y - soft.top);
     const float* t = coverage.row(y);
     for (int x = box->minX; x <= box->maxX; ++x) {
       if (t[x] <= 0) continue;
+      const float keep = 1 - t[x];
       for (int c = 0; c < 4; ++c) {
         const int k = 4 * x + c;
-        row[k] = toByte((row[k] * (1 - t[x]) + blurredRow[k] * t[x]) / 255.0);
+        row[k] = roundedByte(row[k] * keep + blurredRow[k - 4 * soft.left] * t[x]);
       }
     }
   }
 }
 
-void drawSpecular(Raster& canvas, const Mask& coverage, const Light& light, double pixelsPerPoint) {
+void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Light& light, double pixelsPerPoint) {
   const auto box = coverage.bounds(0);
-  if (!box) return;
+  if (!box || opacity <= 0) return;
+  const float fade = float(std::min(opacity, 1.0));
   const double width = C::specularWidth * pixelsPerPoint;
   const Vector toward = light.towardLight();
-  Mask edge(coverage.width(), coverage.height());
+  // The coverage sampled `width` towards the light, bilinear with the same weights everywhere.
+  const double ox = toward.dx * width, oy = toward.dy * width;
+  const int fx = int(std::floor(ox)), fy = int(std::floor(oy));
+  const float tx = float(ox - fx), ty = float(oy - fy);
+  // The edge, what moving towards the light leaves of the coverage, over the coverage's box and
+  // the margin its blur reaches into.
+  const double sigma = width / 2;
+  const Mask::Box area = grown(*box, blurMargin(sigma), coverage.width(), coverage.height());
+  Mask edge(area.maxX - area.minX + 1, area.maxY - area.minY + 1);
+  Mask::Box lit{edge.width(), edge.height(), -1, -1};
+  // Columns whose two samples both lie within the coverage's columns; beyond them, 0.
+  const int safeFirst = std::max(box->minX, -fx), safeLast = std::min(box->maxX, coverage.width() - 2 - fx);
+  const auto valueAt = [&](const float* row, int x) {
+    return row && x >= 0 && x < coverage.width() ? row[x] : 0.0f;
+  };
   for (int y = box->minY; y <= box->maxY; ++y) {
     const float* in = coverage.row(y);
-    float* out = edge.row(y);
+    const int y0 = y + fy;
+    const float* upper = y0 >= 0 && y0 < coverage.height() ? coverage.row(y0) : nullptr;
+    const float* lower = y0 + 1 >= 0 && y0 + 1 < coverage.height() ? coverage.row(y0 + 1) : nullptr;
+    float* out = edge.row(y - area.minY);
+    const auto visit = [&](int x, float outside) {
+      const float value = (in[x] - outside) * fade;
+      if (value <= 0) return;
+      const int ex = x - area.minX, ey = y - area.minY;
+      out[ex] = value;
+      lit = {std::min(lit.minX, ex), std::min(lit.minY, ey), std::max(lit.maxX, ex), std::max(lit.maxY, ey)};
+    };
     for (int x = box->minX; x <= box->maxX; ++x) {
       if (in[x] <= 0) continue;
-      const float outside = coverage.sample(x + toward.dx * width, y + toward.dy * width);
-      out[x] = std::max(0.0f, in[x] - outside);
+      const int x0 = x + fx;
+      if (upper && lower && x >= safeFirst && x <= safeLast) {
+        const float top = upper[x0] * (1 - tx) + upper[x0 + 1] * tx;
+        const float bottom = lower[x0] * (1 - tx) + lower[x0 + 1] * tx;
+        visit(x, top * (1 - ty) + bottom * ty);
+      } else {
+        const float top = valueAt(upper, x0) * (1 - tx) + valueAt(upper, x0 + 1) * tx;
+        const float bottom = valueAt(lower, x0) * (1 - tx) + valueAt(lower, x0 + 1) * tx;
+        visit(x, top * (1 - ty) + bottom * ty);
+      }
     }
   }
-  const Mask soft = blurred(edge, width / 2, *box);
-  for (int y = box->minY; y <= box->maxY; ++y) {
-    std::uint8_t* row = canvas.row(y);
-    for (int x = box->minX; x <= box->maxX; ++x) {
-      const float light = std::min(1.0f, soft.row(y)[x] * 1.5f) * coverage.row(y)[x] * float(C::specularOpacity);
-      if (light >= 1.0f / 512) overWhiteAndBlack(row + 4 * x, light, 0);
+  if (lit.maxX < 0) return;
+  const MaskWindow soft = blurred(edge, sigma, lit);
+  const float peak = fade * float(C::specularOpacity);
+  // The highlight stays inside the coverage's box.
+  const int firstY = std::max(soft.top + area.minY, box->minY);
+  const int lastY = std::min(soft.top + soft.mask.height() - 1 + area.minY, box->maxY);
+  const int firstX = std::max(soft.left + area.minX, box->minX);
+  const int lastX = std::min(soft.left + soft.mask.width() - 1 + area.minX, box->maxX);
+  if (firstX > lastX) return;
+  std::vector<float> highlight(std::size_t(lastX - firstX + 1), 0.0f), none(highlight.size(), 0.0f);
+  for (int y = firstY; y <= lastY; ++y) {
+    const float* covered = coverage.row(y) + firstX;
+    const float* s = soft.mask.row(y - area.minY - soft.top) + (firstX - area.minX - soft.left);
+    for (std::size_t i = 0; i < highlight.size(); ++i) {
+      const float value = std::min(1.0f, s[i] * 1.5f) * covered[i] * peak;
+      highlight[i] = value >= 1.0f / 512 ? value : 0.0f;
     }
+    overWhiteAndBlack(canvas.row(y) + 4 * firstX, highlight.data(), none.data(), int(highlight.size()));
   }
 }
 
@@ -131,41 +191,76 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light) {
   const double reach = std::abs(toward.dx) * (box->maxX - box->minX + 1) / 2.0 +
                        std::abs(toward.dy) * (box->maxY - box->minY + 1) / 2.0;
   if (reach <= 0) return;
+  const double contrast = C::lightingContrast;
+  const int count = box->maxX - box->minX + 1;
+  // The position along the light is the sum of a part from the column and one from the row.
+  std::vector<double> alongX(std::size_t(count), 0.0);
+  for (int i = 0; i < count; ++i) alongX[std::size_t(i)] = (box->minX + i + 0.5 - cx) * toward.dx / reach;
+  std::vector<float> factors(std::size_t(count), 1.0f);
   for (int y = box->minY; y <= box->maxY; ++y) {
-    std::uint8_t* row = raster.row(y);
-    for (int x = box->minX; x <= box->maxX; ++x) {
-      std::uint8_t* p = row + 4 * x;
+    const double alongY = (y + 0.5 - cy) * toward.dy / reach;
+    for (std::size_t i = 0; i < factors.size(); ++i) {
+      factors[i] = float(1 + contrast * std::clamp(alongX[i] + alongY, -1.0, 1.0));
+    }
+    // Colour stays within alpha; transparent pixels have none to scale and stay 0.
+    std::uint8_t* row = raster.row(y) + 4 * box->minX;
+    for (int i = 0; i < count; ++i) {
+      std::uint8_t* p = row + 4 * i;
       if (p[Raster::alpha] == 0) continue;
-      const double along = ((x + 0.5 - cx) * toward.dx + (y + 0.5 - cy) * toward.dy) / reach;
-      const double factor = 1 + C::lightingContrast * std::clamp(along, -1.0, 1.0);
-      for (int c = 0; c < 3; ++c) p[c] = std::uint8_t(std::min<double>(p[Raster::alpha], std::lround(p[c] * factor)));
+      const float alpha = p[Raster::alpha], f = factors[std::size_t(i)];
+      storePixel(p, minimum(Float4{alpha, alpha, alpha, 255}, loadPixel(p) * Float4{f, f, f, 1} + 0.5f));
     }
   }
 }
 
-void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, double pixelsPerPoint) {
+std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
+                                     double pixelsPerPoint) {
   const auto box = coverage.bounds(0);
-  if (!box) return;
+  if (!box) return std::nullopt;
   const double width = C::glassRimWidth * pixelsPerPoint;
-  const Mask soft = blurred(coverage, width, *box);
+  const MaskWindow soft = blurred(coverage, width, *box);
+  const Mask::Box reach = soft.box();
   const Vector toward = light.towardLight();
-  for (int y = box->minY; y <= box->maxY; ++y) {
-    const float* in = coverage.row(y);
-    std::uint8_t* out = overlay.row(y);
-    for (int x = box->minX; x <= box->maxX; ++x) {
-      if (in[x] <= 0) continue;
-      const float rim = std::clamp((in[x] - soft.row(y)[x]) * 2.0f, 0.0f, 1.0f) * in[x];
-      if (rim < 1.0f / 512) continue;
-      // The outward normal runs down the blurred coverage.
-      const double gx = soft.at(x - 1, y) - soft.at(x + 1, y);
-      const double gy = soft.at(x, y - 1) - soft.at(x, y + 1);
-      const double length = std::hypot(gx, gy);
-      const double facing = length > 1e-6 ? (gx * toward.dx + gy * toward.dy) / length : 0;
-      const float lit = rim * float(C::glassRimLight * (0.3 + 0.7 * std::max(0.0, facing)));
-      const float shade = rim * float(C::glassRimShade * std::max(0.0, -facing));
-      overWhiteAndBlack(out + 4 * x, lit, shade);
+  const float towardX = float(toward.dx), towardY = float(toward.dy);
+  const float lightPeak = float(C::glassRimLight), shadePeak = float(C::glassRimShade);
+  // The blurred coverage over the box and one pixel around it, 0 beyond the window, so that
+  // every neighbour can be read without a test.
+  const int count = box->maxX - box->minX + 1;
+  const std::size_t span = std::size_t(count) + 2;
+  std::vector<float> rows(span * 3);
+  const auto loadRow = [&](int y, float* out) {
+    std::fill(out, out + span, 0.0f);
+    if (y < reach.minY || y > reach.maxY) return;
+    const float* in = soft.mask.row(y - soft.top);
+    for (int x = std::max(box->minX - 1, reach.minX); x <= std::min(box->maxX + 1, reach.maxX); ++x) {
+      out[x - box->minX + 1] = in[x - soft.left];
     }
+  };
+  float* above = rows.data();
+  float* here = above + span;
+  float* below = here + span;
+  loadRow(box->minY - 1, above);
+  loadRow(box->minY, here);
+  std::vector<float> lit(std::size_t(count), 0.0f), shade(std::size_t(count), 0.0f);
+  for (int y = box->minY; y <= box->maxY; ++y) {
+    loadRow(y + 1, below);
+    const float* in = coverage.row(y) + box->minX;
+    for (int i = 0; i < count; ++i) {
+      const float rim = std::clamp((in[i] - here[i + 1]) * 2.0f, 0.0f, 1.0f) * std::max(in[i], 0.0f);
+      // The outward normal runs down the blurred coverage.
+      const float gx = here[i] - here[i + 2];
+      const float gy = above[i + 1] - below[i + 1];
+      const float length = std::sqrt(gx * gx + gy * gy);
+      const float facing = length > 1e-6f ? (gx * towardX + gy * towardY) / length : 0.0f;
+      const bool shown = rim >= 1.0f / 512;
+      lit[std::size_t(i)] = shown ? rim * lightPeak * (0.3f + 0.7f * std::max(0.0f, facing)) : 0.0f;
+      shade[std::size_t(i)] = shown ? rim * shadePeak * std::max(0.0f, -facing) : 0.0f;
+    }
+    overWhiteAndBlack(overlay.row(y) + 4 * box->minX, lit.data(), shade.data(), count);
+    std::swap(above, here);
+    std::swap(here, below);
   }
+  return box;
 }
 
 }  // namespace iconwright::kit

@@ -45,22 +45,26 @@ struct EffectConstants {
 void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const Shadow& shadow, const Light& light,
                 double pixelsPerPoint);
 
-/// Scales the group (colour and alpha) so that an enabled translucency of value v lets
-/// v × maximumTranslucency of the backdrop through.
-void applyTranslucency(Raster& group, const Translucency& translucency);
+/// The factor on the group's colour and alpha by which an enabled translucency of value v lets
+/// v × maximumTranslucency of the backdrop through; 1 when disabled. It is applied as the
+/// group is composited.
+[[nodiscard]] double translucencyScale(const Translucency& translucency);
 
 /// Replaces the canvas under the group's coverage by itself blurred, by blur-material strength.
 void blurBackdrop(Raster& canvas, const Mask& coverage, double strength, double pixelsPerPoint);
 
-/// A thin white highlight inside the coverage's edges that face the light, onto `canvas`.
-void drawSpecular(Raster& canvas, const Mask& coverage, const Light& light, double pixelsPerPoint);
+/// A thin white highlight inside the coverage's edges that face the light, onto `canvas`, for a
+/// group composited at `opacity` (which fades the coverage).
+void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Light& light, double pixelsPerPoint);
 
 /// One light over everything `coverage` holds: colours brighten towards the light and darken
 /// away from it, across the coverage's bounding box.
 void applyLighting(Raster& raster, const Mask& coverage, const Light& light);
 
 /// Adds a glass layer's rim to `overlay`: light along the edges facing the light, a faint
-/// shade along the edges turned away, both inside the layer's coverage.
-void addGlassRim(Raster& overlay, const Mask& coverage, const Light& light, double pixelsPerPoint);
+/// shade along the edges turned away, both inside the layer's coverage. Returns the box of
+/// pixels it may have changed, absent when the coverage is empty.
+std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
+                                     double pixelsPerPoint);
 
 }  // namespace iconwright::kit

@@ -65,9 +65,9 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   const double pixelsPerPoint = transform.a;
   const Light light{style_.lightAngle};
   const bool lightAppearance = isLight(rendering_.rendition);
-  auto body = Raster::create(target.width(), target.height());
-  if (!body) return;
+  std::optional<Raster> body;
   std::optional<Raster> glass;
+  std::optional<Mask::Box> glassBox;  // where the glass overlay holds anything
 
   const bool individualLighting = group.lighting().effectiveValue(slot) == Lighting::individual;
   const auto& layers = group.layers();
@@ -92,25 +92,42 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
     if (individualLighting) applyLighting(*raster, coverage, light);
     if (layer.isGlass().effectiveValue(slot)) {
       if (!glass) glass = Raster::create(target.width(), target.height());
-      if (glass) addGlassRim(*glass, coverage, light, pixelsPerPoint);
+      if (glass) {
+        if (const auto box = addGlassRim(*glass, coverage, light, pixelsPerPoint)) {
+          glassBox = glassBox ? Mask::Box{std::min(glassBox->minX, box->minX), std::min(glassBox->minY, box->minY),
+                                          std::max(glassBox->maxX, box->maxX), std::max(glassBox->maxY, box->maxY)}
+                              : *box;
+        }
+      }
     }
-    Painter(*body).composite(*raster, compositeOperator(layer.blendMode().effectiveValue(slot)),
-                             std::clamp(layer.opacity().effectiveValue(slot), 0.0, 1.0));
+    const double opacity = std::clamp(layer.opacity().effectiveValue(slot), 0.0, 1.0);
+    if (body) {
+      // A layer changes its group only where it is not transparent.
+      if (const auto box = coverage.bounds(0)) {
+        Painter(*body).compositeWithin(*raster, *box, compositeOperator(layer.blendMode().effectiveValue(slot)),
+                                       opacity);
+      }
+    } else {
+      // Onto the transparent body every operator gives the layer itself, at its opacity.
+      raster->multiplyBy(opacity);
+      body = std::move(raster);
+    }
   }
+  if (!body) return;
 
   const Mask coverage = body->alphaMask();
   if (!individualLighting) applyLighting(*body, coverage, light);
   drawShadow(target, *body, coverage, group.shadow().effectiveValue(slot), light, pixelsPerPoint);
-  applyTranslucency(*body, group.translucency().effectiveValue(slot));
   blurBackdrop(target, coverage, group.blurMaterial().effectiveValue(slot).effectiveStrength(), pixelsPerPoint);
   Painter painter(target);
-  painter.composite(*body, compositeOperator(group.blendMode().effectiveValue(slot)), groupOpacity);
-  if (group.specular().effectiveValue(slot)) {
-    Mask faded = coverage;
-    for (float& value : faded.values()) value *= float(groupOpacity);
-    drawSpecular(target, faded, light, pixelsPerPoint);
+  // Translucency scales the group as it is composited, which changes the target only where the
+  // group is not transparent.
+  if (const auto box = coverage.bounds(0)) {
+    painter.compositeWithin(*body, *box, compositeOperator(group.blendMode().effectiveValue(slot)),
+                            groupOpacity * translucencyScale(group.translucency().effectiveValue(slot)));
   }
-  if (glass) painter.composite(*glass, CompositeOperator::over, groupOpacity);
+  if (group.specular().effectiveValue(slot)) drawSpecular(target, coverage, groupOpacity, light, pixelsPerPoint);
+  if (glass && glassBox) painter.compositeWithin(*glass, *glassBox, CompositeOperator::over, groupOpacity);
 }
 
 }  // namespace iconwright::kit

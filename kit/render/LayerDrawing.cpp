@@ -17,8 +17,7 @@ LayerPainter assetLayerPainter(const ResolvedRendering& rendering) {
       painter.drawImage(*bitmap, *assetToCanvas);
     } else if (const auto svg = image->svg()) {
       const AffineTransform toPixels = assetToCanvas->concatenating(painter.transform());
-      const int width = painter.width(), height = painter.height();
-      if (auto raster = drawSVG(*svg, toPixels, width, height)) painter.composite(*raster);
+      painter.drawOnRaster([&](Raster& raster) { drawSVG(*svg, toPixels, raster); });
     }
     return frame;
   };

@@ -195,6 +195,22 @@ void Painter::composite(const Raster& source, CompositeOperator op, double alpha
   cairo_surface_flush(impl_->surface.get());
 }
 
+void Painter::compositeWithin(const Raster& source, const Mask::Box& box, CompositeOperator op, double alpha) {
+  cairo_t* cr = impl_->cr;
+  cairo_surface_flush(impl_->surface.get());
+  const Surface surface = wrap(source.pixels().data(), source.width(), source.height());
+  cairo_save(cr);
+  cairo_identity_matrix(cr);
+  cairo_rectangle(cr, box.minX, box.minY, box.maxX - box.minX + 1, box.maxY - box.minY + 1);
+  cairo_clip(cr);
+  cairo_set_source_surface(cr, surface.get(), 0, 0);
+  cairo_pattern_set_filter(cairo_get_source(cr), CAIRO_FILTER_NEAREST);
+  cairo_set_operator(cr, cairoOperator(op));
+  cairo_paint_with_alpha(cr, std::clamp(alpha, 0.0, 1.0));
+  cairo_restore(cr);
+  cairo_surface_flush(impl_->surface.get());
+}
+
 void Painter::drawImage(const Image& image, const AffineTransform& imageToUser, double alpha, CompositeOperator op) {
   const Image converted = convertedImage(image, ColorSpace::displayP3());
   cairo_t* cr = impl_->cr;
@@ -253,6 +269,12 @@ void Painter::drawWithCairo(const std::function<void(cairo_t*)>& draw) {
   draw(cr);
   cairo_restore(cr);
   cairo_surface_flush(impl_->surface.get());
+}
+
+void Painter::drawOnRaster(const std::function<void(Raster&)>& draw) {
+  cairo_surface_flush(impl_->surface.get());
+  draw(impl_->raster);
+  cairo_surface_mark_dirty(impl_->surface.get());
 }
 
 }  // namespace iconwright::kit

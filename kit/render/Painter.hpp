@@ -85,6 +85,11 @@ class Painter {
   /// Another raster of the same pixel grid, laid over this one at the pixel offset.
   void composite(const Raster& source, CompositeOperator op = CompositeOperator::over, double alpha = 1,
                  int offsetX = 0, int offsetY = 0);
+  /// The same at no offset, over this raster's pixels in `box` alone: for a source that is
+  /// transparent beyond the box, where none of the operators but the unbounded ones changes
+  /// anything.
+  void compositeWithin(const Raster& source, const Mask::Box& box, CompositeOperator op = CompositeOperator::over,
+                       double alpha = 1);
   /// The image's pixel (0, 0, width, height) mapped through `imageToUser`, filtered with a
   /// good resampling filter. The image is converted into Display P3 first.
   void drawImage(const Image& image, const AffineTransform& imageToUser, double alpha = 1,
@@ -96,6 +101,10 @@ class Painter {
   /// Runs `draw` on the cairo context, with the current transform, for drawing backends built
   /// on cairo. The painter's state is restored afterwards.
   void drawWithCairo(const std::function<void(cairo_t*)>& draw);
+  /// Runs `draw` on the raster itself, for drawing that makes its own surface over the same
+  /// pixels: it finds what the painter drew so far, and the painter carries on from what it
+  /// leaves. The transform is the caller's to apply.
+  void drawOnRaster(const std::function<void(Raster&)>& draw);
 
  private:
   struct Impl;

@@ -4,35 +4,35 @@
 #include <cmath>
 
 #include "foundation/graphics/ColorManagement.hpp"
+#include "kit/render/PixelVector.hpp"
 
 namespace iconwright::kit {
 
 Mask::Mask(int width, int height, float value)
     : width_(width), height_(height), values_(std::size_t(width) * std::size_t(height), value) {}
 
-float Mask::sample(double x, double y) const {
-  const double fx = std::floor(x), fy = std::floor(y);
-  const int x0 = int(fx), y0 = int(fy);
-  const float tx = float(x - fx), ty = float(y - fy);
-  const float top = at(x0, y0) * (1 - tx) + at(x0 + 1, y0) * tx;
-  const float bottom = at(x0, y0 + 1) * (1 - tx) + at(x0 + 1, y0 + 1) * tx;
-  return top * (1 - ty) + bottom * ty;
-}
+Mask Mask::unset(int width, int height) { return Mask(width, height, std::size_t(width) * std::size_t(height)); }
 
 std::optional<Mask::Box> Mask::bounds(float threshold) const {
+  std::optional<FoundBounds>& found = foundBounds_[threshold == 0 ? 0 : 1];
+  if (found && found->threshold == threshold) return found->box;
   Box box{width_, height_, -1, -1};
+  // Each row is searched from both ends for its first and last value above the threshold, so
+  // a covered row costs a few reads and only empty stretches are read whole.
   for (int y = 0; y < height_; ++y) {
     const float* r = row(y);
-    for (int x = 0; x < width_; ++x) {
-      if (r[x] <= threshold) continue;
-      box.minX = std::min(box.minX, x);
-      box.maxX = std::max(box.maxX, x);
-      box.minY = std::min(box.minY, y);
-      box.maxY = std::max(box.maxY, y);
-    }
+    int left = 0;
+    while (left < width_ && r[left] <= threshold) ++left;
+    if (left == width_) continue;
+    int right = width_ - 1;
+    while (r[right] <= threshold) --right;
+    box.minX = std::min(box.minX, left);
+    box.maxX = std::max(box.maxX, right);
+    box.minY = std::min(box.minY, y);
+    box.maxY = y;
   }
-  if (box.maxX < 0) return std::nullopt;
-  return box;
+  found = FoundBounds{threshold, box.maxX < 0 ? std::nullopt : std::optional<Box>(box)};
+  return found->box;
 }
 
 std::optional<Raster> Raster::create(int width, int height) {
@@ -57,26 +57,16 @@ RGBA Raster::colorAt(int x, int y) const {
 }
 
 Mask Raster::alphaMask() const {
-  Mask mask(width_, height_);
+  Mask mask = Mask::unset(width_, height_);
   auto values = mask.values();
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = pixels_[4 * i + alpha] * (1.0f / 255);
   return mask;
 }
 
-void Raster::multiplyByMask(const Mask& mask) {
-  const auto values = mask.values();
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const float m = values[i];
-    if (m >= 1) continue;
-    std::uint8_t* p = &pixels_[4 * i];
-    for (int c = 0; c < 4; ++c) p[c] = std::uint8_t(p[c] * std::max(m, 0.0f) + 0.5f);
-  }
-}
-
 void Raster::multiplyBy(double factor) {
-  const float f = float(std::clamp(factor, 0.0, 1.0));
-  if (f >= 1) return;
-  for (auto& byte : pixels_) byte = std::uint8_t(byte * f + 0.5f);
+  const float scale = float(std::clamp(factor, 0.0, 1.0));
+  if (scale >= 1) return;
+  for (std::size_t i = 0; i < pixels_.size(); i += 4) storePixel(&pixels_[i], loadPixel(&pixels_[i]) * scale + 0.5f);
 }
 
 Image Raster::makeImage() const {

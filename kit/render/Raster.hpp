@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "foundation/graphics/ColorSpace.hpp"
@@ -25,32 +26,72 @@ struct RGBA {
   friend bool operator==(const RGBA&, const RGBA&) = default;
 };
 
+// Leaves new elements uninitialised, for buffers that are written whole before they are read.
+template <class T>
+struct UninitializedAllocator : std::allocator<T> {
+  template <class U>
+  struct rebind {
+    using other = UninitializedAllocator<U>;
+  };
+  UninitializedAllocator() = default;
+  template <class U>
+  UninitializedAllocator(const UninitializedAllocator<U>&) noexcept {}
+  template <class U>
+  void construct(U* p) noexcept {
+    ::new (static_cast<void*>(p)) U;
+  }
+  template <class U, class... Arguments>
+  void construct(U* p, Arguments&&... arguments) {
+    ::new (static_cast<void*>(p)) U(std::forward<Arguments>(arguments)...);
+  }
+};
+
 class Mask {
  public:
   Mask(int width, int height, float value = 0);
+  /// A mask whose values are left unset: the caller writes every one before reading any.
+  [[nodiscard]] static Mask unset(int width, int height);
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
-  [[nodiscard]] std::span<float> values() { return values_; }
+  /// Writable values; the bounds found so far are forgotten.
+  [[nodiscard]] std::span<float> values() {
+    foundBounds_[0].reset();
+    foundBounds_[1].reset();
+    return values_;
+  }
   [[nodiscard]] std::span<const float> values() const { return values_; }
-  [[nodiscard]] float* row(int y) { return values_.data() + std::size_t(y) * std::size_t(width_); }
+  [[nodiscard]] float* row(int y) {
+    foundBounds_[0].reset();
+    foundBounds_[1].reset();
+    return values_.data() + std::size_t(y) * std::size_t(width_);
+  }
   [[nodiscard]] const float* row(int y) const { return values_.data() + std::size_t(y) * std::size_t(width_); }
   /// 0 outside the mask.
   [[nodiscard]] float at(int x, int y) const {
     return (x < 0 || y < 0 || x >= width_ || y >= height_) ? 0.0f : row(y)[x];
   }
-  /// The value at a fractional position, bilinear; 0 beyond the edges.
-  [[nodiscard]] float sample(double x, double y) const;
-  /// The smallest pixel box holding every value above `threshold`; absent when none is.
+  /// The smallest pixel box holding every value above `threshold`; absent when none is. The
+  /// answer is kept until the values are next written, since every effect asks it of the same
+  /// coverage.
   struct Box {
     int minX, minY, maxX, maxY;  // inclusive
   };
   [[nodiscard]] std::optional<Box> bounds(float threshold = 1.0f / 512) const;
 
  private:
+  Mask(int width, int height, std::size_t count) : width_(width), height_(height), values_(count) {}
+
+  struct FoundBounds {
+    float threshold;
+    std::optional<Box> box;
+  };
+
   int width_;
   int height_;
-  std::vector<float> values_;
+  std::vector<float, UninitializedAllocator<float>> values_;
+  // The last answer for threshold 0 and for any other.
+  mutable std::optional<FoundBounds> foundBounds_[2];
 };
 
 class Raster {
@@ -78,9 +119,7 @@ class Raster {
   [[nodiscard]] RGBA colorAt(int x, int y) const;
   /// The alpha channel as coverage.
   [[nodiscard]] Mask alphaMask() const;
-  /// Multiplies every channel (and so the alpha) by the mask's value at the pixel.
-  void multiplyByMask(const Mask& mask);
-  /// Multiplies every channel by a constant in 0...1.
+  /// Every channel (and so the alpha) multiplied by a constant in 0...1.
   void multiplyBy(double factor);
   /// An image of these pixels tagged Display P3.
   [[nodiscard]] Image makeImage() const;

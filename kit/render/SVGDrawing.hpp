@@ -3,9 +3,6 @@
 // document's in one translation unit.
 #pragma once
 
-#include <memory>
-#include <optional>
-
 #include "foundation/graphics/Geometry.hpp"
 #include "kit/render/Raster.hpp"
 
@@ -15,10 +12,8 @@ class SVGDocument;
 
 namespace iconwright::kit {
 
-/// The document drawn as vectors into a transparent `width` × `height` raster, its canvas
-/// (units, y-down, origin top left) mapped through `canvasToPixels` (pixels, y-down). Absent
-/// when no raster of that size can be made.
-[[nodiscard]] std::optional<Raster> drawSVG(const SVGDocument& document, const AffineTransform& canvasToPixels,
-                                            int width, int height);
+/// The document drawn as vectors over what `raster` holds, its canvas (units, y-down, origin top left) mapped through `canvasToPixels` (the raster's
+/// pixels, y-down).
+void drawSVG(const SVGDocument& document, const AffineTransform& canvasToPixels, Raster& raster);
 
 }  // namespace iconwright::kit

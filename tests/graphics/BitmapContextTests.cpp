@@ -61,6 +61,26 @@ TEST(BitmapContext, CreationTruncatesAndRefuses) {
   EXPECT_FALSE(BitmapContext::createGray(buffer, 4, 3));
 }
 
+TEST(BitmapContext, DrawsOnACallersBuffer) {
+  std::vector<std::uint8_t> shortBuffer(4 * 3 * 4, 0);
+  EXPECT_FALSE(BitmapContext::createOnBuffer(shortBuffer, 4, 4)) << "too short for 4 × 4";
+  // The buffer's picture is the start: a fill over its lower half leaves the upper half as it was.
+  std::vector<std::uint8_t> pixels(4 * 4 * 4, 0);
+  pixels[3] = 255;  // top left pixel opaque black
+  EXPECT_FALSE(BitmapContext::createOnBuffer(pixels, 4, 4, ColorSpace::genericGrayGamma2_2()));
+  auto context = BitmapContext::createOnBuffer(pixels, 4, 4);
+  ASSERT_TRUE(context);
+  EXPECT_EQ(context->colorSpace(), ColorSpace::displayP3());
+  context->setFillColor(1, 0, 0);
+  context->fillRect(Rect::makeXYWH(0, 0, 4, 2));  // bottom two rows, y-up
+  EXPECT_EQ(pixels[3], 255) << "top left kept";
+  EXPECT_EQ(pixels[2], 0);
+  const std::uint8_t* bottomRight = &pixels[4 * (3 * 4 + 3)];
+  EXPECT_EQ(bottomRight[2], 255) << "red drawn into the buffer";
+  EXPECT_EQ(bottomRight[3], 255);
+  EXPECT_EQ(pixels[4 * (1 * 4) + 3], 0) << "second row untouched";
+}
+
 TEST(BitmapContext, OriginIsBottomLeftAndImagesAreUpright) {
   auto context = BitmapContext::create(4, 3, ColorSpace::sRGB());
   ASSERT_TRUE(context);
@@ -199,6 +219,32 @@ TEST(BitmapContext, DisplayP3PNGDrawsRightInBothSpaces) {
   expectNear(pixelAt(srgb->makeImage(), 1, 0), {0, 0, 255, 255}, 2);
   // Half alpha leaves 7 bits of colour: stored P3 (117, 26, 18) reads back as (233, 52, 36).
   expectNear(pixelAt(srgb->makeImage(), 1, 1), {0, 0, 128, 128}, 4);
+}
+
+TEST(BitmapContext, DrawWithCairoIsAGroupOverWhatIsThere) {
+  // Painting half-transparent blue with SOURCE replaces only within the group: over opaque red
+  // the group is laid normally and red shows through; onto a transparent raster, and at full
+  // alpha, drawing straight into it gives the same as the group would.
+  const auto paintHalfBlue = [](cairo_t* cr) {
+    cairo_set_operator(cr, CAIRO_OPERATOR_SOURCE);
+    cairo_set_source_rgba(cr, 0, 0, 1, 0.5);
+    cairo_paint(cr);
+  };
+  auto covered = BitmapContext::create(2, 2, ColorSpace::sRGB());
+  covered->setFillColor(1, 0, 0);
+  covered->fillRect(Rect::makeXYWH(0, 0, 1, 1));  // the bottom left pixel
+  covered->drawWithCairo(paintHalfBlue);
+  Image image = covered->makeImage();
+  expectNear(pixelAt(image, 0, 1), {128, 0, 127, 255}, 1);  // blue over red
+  expectNear(pixelAt(image, 1, 1), {128, 0, 0, 128}, 1);
+  expectNear(pixelAt(image, 1, 0), {128, 0, 0, 128}, 1);
+
+  auto empty = BitmapContext::create(2, 2, ColorSpace::sRGB());
+  empty->drawWithCairo(paintHalfBlue);
+  image = empty->makeImage();
+  for (int y = 0; y < 2; ++y) {
+    for (int x = 0; x < 2; ++x) expectNear(pixelAt(image, x, y), {128, 0, 0, 128}, 1);
+  }
 }
 
 TEST(BitmapContext, DrawWithCairoHonoursTransformAlphaAndMask) {

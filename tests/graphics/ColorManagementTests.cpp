@@ -47,6 +47,27 @@ TEST(ColorManagement, ConvertsBetweenNamedSpaces) {
   }
 }
 
+TEST(ColorManagement, InPlaceConversionMatchesConvertedImage) {
+  // Rows with transparent stretches at either end and in the middle, one that is all
+  // transparent, and transparent pixels carrying stray colour, which end transparent black.
+  const int width = 5, height = 3;
+  std::vector<std::uint8_t> pixels = {
+      9, 9, 9, 0,  0, 0, 255, 255,  0, 0, 0, 0,  40, 80, 120, 128,  3, 0, 0, 0,  //
+      0, 0, 0, 0,  0, 0, 0, 0,      7, 0, 0, 0,  0, 0, 0, 0,        0, 0, 0, 0,  //
+      255, 255, 255, 255,  10, 20, 30, 40,  0, 0, 0, 0,  0, 200, 0, 255,  0, 0, 0, 0};
+  const Image image = *Image::create(width, height, pixels, ColorSpace::sRGB());
+  const Image expected = convertedImage(image, ColorSpace::displayP3());
+  ASSERT_TRUE(convertPixelsInPlace(pixels.data(), width, height, std::size_t(width) * 4, ColorSpace::sRGB(),
+                                   ColorSpace::displayP3()));
+  for (std::size_t i = 0; i < pixels.size(); ++i) EXPECT_EQ(pixels[i], expected.pixels()[i]) << "byte " << i;
+  EXPECT_EQ(pixels[0], 0) << "stray colour of a transparent pixel";
+
+  const std::vector<std::uint8_t> before = pixels;
+  EXPECT_FALSE(convertPixelsInPlace(pixels.data(), width, height, std::size_t(width) * 4,
+                                    ColorSpace::genericGrayGamma2_2(), ColorSpace::displayP3()));
+  EXPECT_EQ(pixels, before) << "untouched when refused";
+}
+
 TEST(ColorManagement, EmbeddedProfiles) {
   const std::vector<std::uint8_t> red = {0, 0, 255, 255};
   // The test's own P3 profile behaves as the built-in space.

@@ -111,6 +111,34 @@ TEST(IconRenderer, TheFirstGroupIsFrontmostAndLayersLikewise) {
   EXPECT_GT(layers.render(256).colorAt(125, 125).red, 0.8) << "the first layer is frontmost";
 }
 
+TEST(IconRenderer, LayersAndGroupsReachTheirPartlyCoveredEdges) {
+  // At 128 pixels a point is an eighth of a pixel. A front group whose white square (100 to 164
+  // points) ends half way through pixels 12 and 20; behind it a group with a red square (300 to
+  // 700 points, half way through pixels 37 and 87) over a green layer. Every partly covered
+  // edge pixel mixes the two colours.
+  Scene scene;
+  scene.setBackdrop(Fill::solid(Color::black));
+  scene.addLayer(scene.addGroup(), Rect::makeXYWH(100, 100, 64, 64), white);
+  const auto group = scene.addGroup();
+  scene.addLayer(group, Rect::makeXYWH(300, 300, 400, 400), red);
+  scene.addLayer(group, Rect::makeXYWH(0, 0, 1024, 1024), green);
+  const Raster raster = scene.render(128);
+  for (auto [x, y] : {std::pair{37, 64}, {87, 64}, {64, 37}, {64, 87}}) {
+    SCOPED_TRACE(::testing::Message() << "red square " << x << ", " << y);
+    const RGBA edge = raster.colorAt(x, y);
+    EXPECT_NEAR(edge.red, 0.5, 0.05);
+    EXPECT_NEAR(edge.green, 0.5, 0.05);
+  }
+  expectColor(raster.colorAt(86, 64), red, 0.01, "inside the red square");
+  // The group's lighting darkens its far edge a little.
+  for (auto [x, y] : {std::pair{12, 16}, {20, 16}, {16, 12}, {16, 20}}) {
+    SCOPED_TRACE(::testing::Message() << "white square " << x << ", " << y);
+    const RGBA edge = raster.colorAt(x, y);
+    EXPECT_NEAR(edge.blue, 0.5, 0.1);
+    EXPECT_GT(edge.green, 0.9);
+  }
+}
+
 TEST(IconRenderer, HiddenMembersLeaveNoTrace) {
   const auto render = [](bool withHiddenMembers) {
     Scene scene;

@@ -36,6 +36,37 @@ TEST(PNGOutput, StraightAlphaInTheWorkingSpaceAndTheSameBytesEachTime) {
   EXPECT_FALSE(outputColorSpaceFromText("Display P3").has_value());
 }
 
+TEST(PNGOutput, EveryPixelComesBack) {
+  // Odd sizes and a pattern that changes along every row and channel, with every alpha from
+  // transparent to opaque, so that each filtered byte counts.
+  Raster raster = *Raster::create(37, 23);
+  for (int y = 0; y < raster.height(); ++y) {
+    for (int x = 0; x < raster.width(); ++x) {
+      std::uint8_t* p = raster.row(y) + 4 * x;
+      const unsigned alpha = (x * 7 + y * 11) % 3 == 0 ? 255 : (x * 13 + y * 29) % 256;
+      p[Raster::alpha] = std::uint8_t(alpha);
+      p[Raster::red] = std::uint8_t((x * 31 + y * 5) % (alpha + 1));
+      p[Raster::green] = std::uint8_t((x * 3 + y * 47) % (alpha + 1));
+      p[Raster::blue] = std::uint8_t((x * y) % (alpha + 1));
+    }
+  }
+  const auto bytes = encodeOutputPNG(raster, OutputColorSpace::displayP3);
+  ASSERT_TRUE(bytes.has_value());
+  const auto image = decodeImage(*bytes);
+  ASSERT_TRUE(image.has_value());
+  ASSERT_EQ(image->width(), 37);
+  ASSERT_EQ(image->height(), 23);
+  for (int y = 0; y < raster.height(); ++y) {
+    for (int x = 0; x < raster.width(); ++x) {
+      const std::uint8_t* expected = raster.row(y) + 4 * x;
+      const std::uint8_t* actual = image->row(y) + 4 * x;
+      ASSERT_EQ(actual[3], expected[3]) << x << ", " << y;
+      // Straight colour is rounded once on the way out and once on the way back in.
+      for (int c = 0; c < 3; ++c) ASSERT_NEAR(actual[c], expected[c], 1) << x << ", " << y << " channel " << c;
+    }
+  }
+}
+
 TEST(ContactSheet, RowsColumnsEmptyCellsAndLabels) {
   std::vector<ContactSheetRow> rows;
   rows.push_back({"iOS", {}});

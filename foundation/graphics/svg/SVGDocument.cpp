@@ -75,17 +75,9 @@ void convertSurface(cairo_surface_t* surface, const ColorSpace& from, const Colo
     return;
   cairo_surface_flush(surface);
   const int width = cairo_image_surface_get_width(surface), height = cairo_image_surface_get_height(surface);
-  const int stride = cairo_image_surface_get_stride(surface);
   std::uint8_t* data = cairo_image_surface_get_data(surface);
   if (!data || !Image::isAcceptableSize(width, height)) return;
-  const std::size_t rowBytes = std::size_t(width) * 4;
-  std::vector<std::uint8_t> pixels(rowBytes * std::size_t(height));
-  for (int y = 0; y < height; ++y)
-    std::memcpy(pixels.data() + std::size_t(y) * rowBytes, data + std::ptrdiff_t(y) * stride, rowBytes);
-  const auto image = Image::create(width, height, std::move(pixels), from);
-  if (!image) return;
-  const Image converted = convertedImage(*image, to);
-  for (int y = 0; y < height; ++y) std::memcpy(data + std::ptrdiff_t(y) * stride, converted.row(y), rowBytes);
+  convertPixelsInPlace(data, width, height, std::size_t(cairo_image_surface_get_stride(surface)), from, to);
   cairo_surface_mark_dirty(surface);
 }
 
@@ -189,15 +181,10 @@ void SVGDocument::draw(BitmapContext& context) const {
     // User space is y-up with the canvas's bottom edge on y = 0; librsvg draws y-down.
     cairo_translate(cr, 0, canvas.height);
     cairo_scale(cr, 1, -1);
-    if (source == target) {
-      renderer.render(cr, canvas);
-      return;
-    }
-    cairo_push_group(cr);
     renderer.render(cr, canvas);
-    convertSurface(cairo_get_group_target(cr), source, target);
-    cairo_pop_group_to_source(cr);
-    cairo_paint(cr);
+    // drawWithCairo runs this in a group of its own, which holds the document's pixels alone:
+    // they are converted there, before the group is composited.
+    if (source != target) convertSurface(cairo_get_group_target(cr), source, target);
   });
 }
 

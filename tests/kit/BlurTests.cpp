@@ -1,0 +1,148 @@
+// The blur behind the effects: a Gaussian of the asked standard deviation whether it runs at
+// full resolution or reduced, mass kept, computed over a window that holds all of the result;
+// and the bounds of masks that say where the effects work.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "kit/render/Blur.hpp"
+
+namespace iconwright::kit {
+namespace {
+
+struct Moments {
+  double mass = 0, meanX = 0, meanY = 0, varianceX = 0, varianceY = 0;
+};
+
+Moments moments(const MaskWindow& window) {
+  Moments m;
+  const Mask::Box box = window.box();
+  for (int y = box.minY; y <= box.maxY; ++y) {
+    for (int x = box.minX; x <= box.maxX; ++x) {
+      const double v = window.at(x, y);
+      m.mass += v;
+      m.meanX += v * x;
+      m.meanY += v * y;
+    }
+  }
+  m.meanX /= m.mass;
+  m.meanY /= m.mass;
+  for (int y = box.minY; y <= box.maxY; ++y) {
+    for (int x = box.minX; x <= box.maxX; ++x) {
+      const double v = window.at(x, y);
+      m.varianceX += v * (x - m.meanX) * (x - m.meanX);
+      m.varianceY += v * (y - m.meanY) * (y - m.meanY);
+    }
+  }
+  m.varianceX /= m.mass;
+  m.varianceY /= m.mass;
+  return m;
+}
+
+TEST(Blur, ASquareSpreadsLikeAGaussianAtEveryReduction) {
+  // sigma 2.5 runs at full resolution, the others on copies reduced by 2, 4 and 8. The boxes
+  // have whole radii, a pixel or two on the reduced copy, so the spread is near the asked one
+  // rather than exact.
+  for (double sigma : {2.5, 3.0, 7.0, 14.0, 30.0}) {
+    SCOPED_TRACE(sigma);
+    const int side = 400, c0 = 196;  // an 8 × 8 square, variance (8² - 1) / 12 along each axis
+    Mask mask(side, side);
+    for (int y = c0; y < c0 + 8; ++y) {
+      for (int x = c0; x < c0 + 8; ++x) mask.row(y)[x] = 1;
+    }
+    const MaskWindow window = blurred(mask, sigma, {c0, c0, c0 + 7, c0 + 7});
+    const Moments m = moments(window);
+    EXPECT_NEAR(m.mass, 64, 64 * 0.01);
+    EXPECT_NEAR(m.meanX, c0 + 3.5, 0.6);
+    EXPECT_NEAR(m.meanY, c0 + 3.5, 0.6);
+    const double expected = sigma * sigma + 63.0 / 12;
+    EXPECT_NEAR(m.varianceX, expected, expected * 0.25);
+    EXPECT_NEAR(m.varianceY, expected, expected * 0.25);
+    EXPECT_NEAR(m.varianceX, m.varianceY, 1e-3 * expected) << "alike both ways";
+    // The window reaches as far as the blur does, and no further than the mask.
+    const Mask::Box box = window.box();
+    EXPECT_EQ(box.minX, std::max(0, c0 - blurMargin(sigma)));
+    EXPECT_EQ(box.maxY, std::min(side - 1, c0 + 7 + blurMargin(sigma)));
+    for (int x = box.minX; x <= box.maxX; ++x) {
+      EXPECT_LT(window.at(x, box.minY), 0.01) << "the blur has faded out at the window's edge";
+    }
+  }
+}
+
+TEST(Blur, WindowsAtDifferentPlacesAgree) {
+  // A disc, blurred over its own box and over the whole mask: the same values where both reach.
+  Mask mask(300, 240);
+  for (int y = 0; y < 240; ++y) {
+    for (int x = 0; x < 300; ++x) mask.row(y)[x] = std::hypot(x - 150.0, y - 120.0) < 50 ? 1.0f : 0.0f;
+  }
+  for (double sigma : {2.0, 9.0}) {
+    SCOPED_TRACE(sigma);
+    const MaskWindow tight = blurred(mask, sigma, {100, 70, 200, 170});
+    const MaskWindow whole = blurred(mask, sigma, {0, 0, 299, 239});
+    double largest = 0;
+    for (int y = 0; y < 240; ++y) {
+      for (int x = 0; x < 300; ++x) largest = std::max(largest, double(std::abs(tight.at(x, y) - whole.at(x, y))));
+    }
+    // Reduced blurs sample on blocks aligned with their window, so they may differ slightly.
+    EXPECT_LT(largest, sigma < 3 ? 1e-4 : 0.02);
+    EXPECT_NEAR(whole.at(150, 120), 1, 1e-3) << "the centre stays covered";
+  }
+}
+
+TEST(Blur, RastersKeepColourWithinAlphaAndFlatAreasUnchanged) {
+  Raster raster = *Raster::create(120, 120);
+  // Opaque premultiplied orange on the left half, nothing on the right.
+  for (int y = 0; y < 120; ++y) {
+    for (int x = 0; x < 60; ++x) {
+      std::uint8_t* p = raster.row(y) + 4 * x;
+      p[Raster::red] = 250, p[Raster::green] = 120, p[Raster::blue] = 10, p[Raster::alpha] = 255;
+    }
+  }
+  for (double sigma : {1.5, 6.0}) {
+    SCOPED_TRACE(sigma);
+    const RasterWindow window = blurred(raster, sigma, {0, 0, 59, 119});
+    const Raster& soft = window.raster;
+    ASSERT_EQ(window.left, 0);
+    for (int y = 0; y < soft.height(); ++y) {
+      for (int x = 0; x < soft.width(); ++x) {
+        const std::uint8_t* p = soft.row(y) + 4 * x;
+        for (int c = 0; c < 3; ++c) ASSERT_LE(p[c], p[Raster::alpha]) << x << ", " << y;
+      }
+    }
+    const std::uint8_t* inside = soft.row(60) + 4 * 20;
+    EXPECT_EQ(inside[Raster::red], 250);
+    EXPECT_EQ(inside[Raster::green], 120);
+    EXPECT_EQ(inside[Raster::alpha], 255);
+    // The edge lies between pixels 59 and 60: they share full coverage between them.
+    const std::uint8_t* before = soft.row(60) + 4 * 59;
+    const std::uint8_t* after = soft.row(60) + 4 * 60;
+    EXPECT_NEAR(before[Raster::alpha] + after[Raster::alpha], 255, 3);
+    EXPECT_NEAR(after[Raster::red] / double(after[Raster::alpha]), 250 / 255.0, 0.03) << "the colour is kept";
+  }
+}
+
+TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
+  Mask mask(10, 8);
+  EXPECT_FALSE(mask.bounds(0).has_value());
+  mask.row(2)[3] = 1;
+  mask.row(5)[7] = 0.001f;  // above 0, below the default threshold of 1/512
+  const auto any = mask.bounds(0);
+  ASSERT_TRUE(any.has_value());
+  EXPECT_EQ(any->minX, 3);
+  EXPECT_EQ(any->maxX, 7);
+  EXPECT_EQ(any->maxY, 5);
+  const auto visible = mask.bounds();
+  ASSERT_TRUE(visible.has_value());
+  EXPECT_EQ(visible->maxX, 3);
+  EXPECT_EQ(visible->maxY, 2);
+  // Written again through either accessor: the answers change with the values.
+  mask.row(7)[0] = 1;
+  EXPECT_EQ(mask.bounds(0)->minX, 0);
+  EXPECT_EQ(mask.bounds()->maxY, 7);
+  for (float& value : mask.values()) value = 0;
+  EXPECT_FALSE(mask.bounds(0).has_value());
+  EXPECT_FALSE(mask.bounds().has_value());
+}
+
+}  // namespace
+}  // namespace iconwright::kit
