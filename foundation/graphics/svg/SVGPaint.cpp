@@ -107,6 +107,7 @@ int hexDigit(char c) {
 
 std::optional<SVGColor> parseHex(std::string_view digits, SVGColorSpace space) {
   std::array<int, 8> values{};
+  if (digits.size() > values.size()) return std::nullopt;
   for (std::size_t i = 0; i < digits.size(); ++i) {
     values[i] = hexDigit(digits[i]);
     if (values[i] < 0) return std::nullopt;

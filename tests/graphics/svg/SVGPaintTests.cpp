@@ -55,6 +55,8 @@ TEST(SVGColor, ReadsEveryColourSyntax) {
       {"color(srgb 0 0 1 / 0.5)", srgb(0, 0, 1, 0.5)},
       {"#ff", std::nullopt},
       {"#ggg", std::nullopt},
+      {"#ff8000801", std::nullopt},
+      {"#3777777777777777777777777777777777777777777777777777777777777777777", std::nullopt},
       {"rgb(1,2)", std::nullopt},
       {"rgb(1,2,3", std::nullopt},
       {"color(rec2020 1 0 0)", std::nullopt},
