@@ -58,8 +58,10 @@ enum class SpanState : std::uint8_t { clear, opaque, mixed };
 /// Whether every pixel of a span of premultiplied BGRA pixels is clear, every one opaque, or
 /// neither; two pixels per word.
 SpanState spanState(const std::uint8_t* pixels, std::size_t count) {
-  static_assert(std::endian::native == std::endian::little, "alpha is the top byte of each pixel word");
-  constexpr std::uint64_t alphaBytes = 0xFF000000FF000000ULL;
+  // Alpha is the fourth byte of each pixel: the top byte of each 32-bit half on little-endian
+  // machines, the bottom byte on big-endian ones.
+  constexpr bool little = std::endian::native == std::endian::little;
+  constexpr std::uint64_t alphaBytes = little ? 0xFF000000FF000000ULL : 0x000000FF000000FFULL;
   std::uint64_t any = 0, all = alphaBytes;
   std::size_t j = 0;
   for (; j + 2 <= count; j += 2) {
@@ -69,10 +71,11 @@ SpanState spanState(const std::uint8_t* pixels, std::size_t count) {
     all &= word;
   }
   if (j < count) {
-    std::uint32_t word;
-    std::memcpy(&word, pixels + 4 * j, 4);
-    any |= word;
-    all &= std::uint64_t(word) | 0xFF00000000000000ULL;
+    // The last pixel alone, in the lower half; the upper half counts as opaque.
+    std::uint32_t pixel;
+    std::memcpy(&pixel, pixels + 4 * j, 4);
+    any |= pixel;
+    all &= std::uint64_t(pixel) | 0xFFFFFFFF00000000ULL;
   }
   if ((any & alphaBytes) == 0) return SpanState::clear;
   return (all & alphaBytes) == alphaBytes ? SpanState::opaque : SpanState::mixed;
