@@ -99,12 +99,12 @@ std::string IconComposition::incorrectLocaleCodeDiagnosticDescription(const Lang
     return "The localization " + joinedWithAnd(identifiers) + ", possibly intended to represent " +
            joinedWithAnd(meanings) +
            ", is unrecognized. This is likely due to trak://155566624.\n\nUse the document settings inspector to "
-           "remap this localization's assets to the correct locale specification.";
+           "remap this localization's assets to the correct locale identifier.";
   }
   return "The localizations " + joinedWithAnd(identifiers) + ", possibly intended to represent " +
          joinedWithAnd(meanings) +
          ", are unrecognized. This is likely due to trak://155566624.\n\nUse the document settings inspector to remap "
-         "these localizations' assets to the correct locale specifications.";
+         "these localizations' assets to the correct locale identifiers.";
 }
 
 std::vector<Diagnostic> IconComposition::diagnostics() const {

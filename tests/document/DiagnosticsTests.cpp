@@ -93,7 +93,7 @@ TEST(Diagnostics, TheIncorrectLocaleTextNamesEachIdentifier) {
   EXPECT_EQ(IconComposition::incorrectLocaleCodeDiagnosticDescription({LanguageID("qq")}),
             "The localization “qq”, possibly intended to represent “Unknown”, is unrecognized. This is likely due to "
             "trak://155566624.\n\nUse the document settings inspector to remap this localization's assets to the "
-            "correct locale specification.");
+            "correct locale identifier.");
   const std::string several =
       IconComposition::incorrectLocaleCodeDiagnosticDescription({LanguageID("qq"), LanguageID("qr"), LanguageID("qs")});
   EXPECT_TRUE(several.starts_with("The localizations “qq”, “qr” and “qs”, possibly intended to represent “Unknown”, "
