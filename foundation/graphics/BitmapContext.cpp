@@ -156,6 +156,19 @@ BitmapContext::BitmapContext(BitmapContext&&) noexcept = default;
 BitmapContext& BitmapContext::operator=(BitmapContext&&) noexcept = default;
 BitmapContext::~BitmapContext() = default;
 
+std::optional<BitmapContext> BitmapContext::onSurface(std::unique_ptr<Impl> impl, int width, int height,
+                                                      ColorSpace colorSpace) {
+  if (!impl->surface) return std::nullopt;
+  impl->cr = cairo_create(impl->surface.get());
+  if (cairo_status(impl->cr) != CAIRO_STATUS_SUCCESS) return std::nullopt;
+  impl->width = width;
+  impl->height = height;
+  impl->space = std::move(colorSpace);
+  cairo_translate(impl->cr, 0, height);
+  cairo_scale(impl->cr, 1, -1);
+  return BitmapContext(std::move(impl));
+}
+
 std::optional<BitmapContext> BitmapContext::create(double width, double height,
                                                    ColorSpace colorSpace) {
   if (!(width >= 1 && height >= 1)) return std::nullopt;  // also NaN
@@ -166,15 +179,7 @@ std::optional<BitmapContext> BitmapContext::create(double width, double height,
     return std::nullopt;
   auto impl = std::make_unique<Impl>();
   impl->surface = makeSurface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));
-  if (!impl->surface) return std::nullopt;
-  impl->cr = cairo_create(impl->surface.get());
-  if (cairo_status(impl->cr) != CAIRO_STATUS_SUCCESS) return std::nullopt;
-  impl->width = w;
-  impl->height = h;
-  impl->space = std::move(colorSpace);
-  cairo_translate(impl->cr, 0, h);
-  cairo_scale(impl->cr, 1, -1);
-  return BitmapContext(std::move(impl));
+  return onSurface(std::move(impl), w, h, std::move(colorSpace));
 }
 
 std::optional<BitmapContext> BitmapContext::createOnBuffer(std::span<std::uint8_t> buffer, int width,
@@ -186,15 +191,7 @@ std::optional<BitmapContext> BitmapContext::createOnBuffer(std::span<std::uint8_
   auto impl = std::make_unique<Impl>();
   impl->surface = makeSurface(
       cairo_image_surface_create_for_data(buffer.data(), CAIRO_FORMAT_ARGB32, width, height, width * 4));
-  if (!impl->surface) return std::nullopt;
-  impl->cr = cairo_create(impl->surface.get());
-  if (cairo_status(impl->cr) != CAIRO_STATUS_SUCCESS) return std::nullopt;
-  impl->width = width;
-  impl->height = height;
-  impl->space = std::move(colorSpace);
-  cairo_translate(impl->cr, 0, height);
-  cairo_scale(impl->cr, 1, -1);
-  return BitmapContext(std::move(impl));
+  return onSurface(std::move(impl), width, height, std::move(colorSpace));
 }
 
 std::optional<BitmapContext> BitmapContext::createGray(std::span<std::uint8_t> buffer, int width,
@@ -218,16 +215,8 @@ std::optional<BitmapContext> BitmapContext::createGray(std::span<std::uint8_t> b
       cairo_surface_mark_dirty(impl->surface.get());
     }
   }
-  if (!impl->surface) return std::nullopt;
-  impl->cr = cairo_create(impl->surface.get());
-  if (cairo_status(impl->cr) != CAIRO_STATUS_SUCCESS) return std::nullopt;
-  impl->width = width;
-  impl->height = height;
-  impl->space = ColorSpace::genericGrayGamma2_2();
   impl->gray = true;
-  cairo_translate(impl->cr, 0, height);
-  cairo_scale(impl->cr, 1, -1);
-  return BitmapContext(std::move(impl));
+  return onSurface(std::move(impl), width, height, ColorSpace::genericGrayGamma2_2());
 }
 
 int BitmapContext::width() const { return impl_->width; }

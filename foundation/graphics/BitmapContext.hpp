@@ -112,6 +112,10 @@ class BitmapContext {
  private:
   struct Impl;
   explicit BitmapContext(std::unique_ptr<Impl> impl);
+  /// A context drawing on `impl`'s surface, origin at the bottom left; absent when there is
+  /// no surface or cairo fails.
+  [[nodiscard]] static std::optional<BitmapContext> onSurface(std::unique_ptr<Impl> impl, int width, int height,
+                                                              ColorSpace colorSpace);
   std::unique_ptr<Impl> impl_;
 };
 
