@@ -11,6 +11,9 @@ namespace {
 // by a newer version.
 constexpr std::array<std::string_view, 0> knownFormatFeatures{};
 
+/// Room for the keys one manifest object declares, so that declaring them allocates once.
+constexpr std::size_t typicalDeclaredKeyCount = 48;
+
 }  // namespace
 
 bool namesUnknownFormatFeatures(const Decoder& root) {
@@ -24,6 +27,7 @@ bool namesUnknownFormatFeatures(const Decoder& root) {
 ManifestObjectReader::ManifestObjectReader(const Decoder& decoder, bool keepsUndecodableMembers)
     : decoder_(decoder), keepsUndecodableMembers_(keepsUndecodableMembers) {
   decoder_.requireObject();
+  declared_.reserve(typicalDeclaredKeyCount);
 }
 
 void ManifestObjectReader::declare(const ManifestKeys& keys) {

@@ -38,7 +38,8 @@ namespace iconwright {
 class ManifestObjectReader {
  public:
   /// Requires an object (a type mismatch otherwise). With `keepsUndecodableMembers`, a
-  /// declared member that fails to decode is kept raw and read as absent.
+  /// declared member that fails to decode is kept raw and read as absent. The reader refers
+  /// to `decoder`, which must outlive it.
   ManifestObjectReader(const Decoder& decoder, bool keepsUndecodableMembers);
 
   [[nodiscard]] const Decoder& decoder() const { return decoder_; }
@@ -91,7 +92,7 @@ class ManifestObjectReader {
     return fallback;
   }
 
-  Decoder decoder_;
+  const Decoder& decoder_;
   bool keepsUndecodableMembers_;
   std::vector<std::string_view> declared_;
   JSONValue::Object kept_;

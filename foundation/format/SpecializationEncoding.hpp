@@ -98,9 +98,12 @@ struct SpecializableProperty<T>::Snapshot {
   /// sorts them, and of two records for one slot the later stays. The default value stays.
   void apply(SpecializableProperty<T>& property) const {
     property.removeAllSpecializations();
-    for (auto& record : list()) {
-      property.add(typename SpecializableProperty<T>::Specialization{record.slot, std::move(record.value)});
+    using PropertySpecialization = typename SpecializableProperty<T>::Specialization;
+    if (const T* value = universalValue()) {
+      property.add(PropertySpecialization{SpecializationSlot::base, *value});
+      return;
     }
+    for (const auto& record : *specializations()) property.add(PropertySpecialization{record.slot, record.value});
   }
   /// Sets the value of the first record (its own slot ignored) as the explicit value of
   /// `slot`, leaving the other overrides; an empty list does nothing.

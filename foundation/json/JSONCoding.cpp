@@ -24,7 +24,9 @@ std::string_view foundDescription(const JSONValue& value) {
 }
 
 CodingPath appending(const CodingPath& path, CodingKey key) {
-  CodingPath result = path;
+  CodingPath result;
+  result.reserve(path.size() + 1);
+  result.insert(result.end(), path.begin(), path.end());
   result.push_back(std::move(key));
   return result;
 }
