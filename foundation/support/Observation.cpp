@@ -13,16 +13,15 @@ struct ObservationRegistrar::State {
   std::uint64_t nextIdentifier = 1;
 };
 
-ObservationRegistrar::ObservationRegistrar() : state_(std::make_shared<State>()) {}
-
 ObservationToken ObservationRegistrar::observe(Observer observer) const {
+  if (!state_) state_ = std::make_shared<State>();
   const auto identifier = state_->nextIdentifier++;
   state_->entries.push_back({identifier, std::make_shared<Observer>(std::move(observer))});
   return ObservationToken(state_, identifier);
 }
 
 void ObservationRegistrar::notify(const void* member, std::string_view property) const {
-  if (state_->entries.empty()) return;
+  if (!state_ || state_->entries.empty()) return;
   // Observers may add or remove observers while being told; tell those present now, and
   // skip any that were removed in the meantime.
   const auto snapshot = state_->entries;
@@ -35,7 +34,7 @@ void ObservationRegistrar::notify(const void* member, std::string_view property)
   }
 }
 
-std::size_t ObservationRegistrar::observerCount() const { return state_->entries.size(); }
+std::size_t ObservationRegistrar::observerCount() const { return state_ ? state_->entries.size() : 0; }
 
 ObservationToken& ObservationToken::operator=(ObservationToken&& other) noexcept {
   if (this != &other) {

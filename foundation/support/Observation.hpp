@@ -25,9 +25,9 @@ class ObservationRegistrar {
  public:
   using Observer = std::function<void(const ObservationEvent&)>;
 
-  ObservationRegistrar();
+  ObservationRegistrar() = default;
   // Copying a member does not copy who observes it.
-  ObservationRegistrar(const ObservationRegistrar&) : ObservationRegistrar() {}
+  ObservationRegistrar(const ObservationRegistrar&) {}
   ObservationRegistrar& operator=(const ObservationRegistrar&) { return *this; }
 
   [[nodiscard]] ObservationToken observe(Observer observer) const;
@@ -37,7 +37,8 @@ class ObservationRegistrar {
   struct State;
 
  private:
-  std::shared_ptr<State> state_;
+  // Made by the first observe(): most members are never observed.
+  mutable std::shared_ptr<State> state_;
 };
 
 class ObservationToken {
