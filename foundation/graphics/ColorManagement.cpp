@@ -4,9 +4,13 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstring>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <utility>
+#include <vector>
 
 #include "foundation/graphics/ImageCodecs.hpp"
 
@@ -174,9 +178,49 @@ Image convertFromGray(const Image& image, const ColorSpace& source, const ColorS
   return *Image::create(image.width(), image.height(), std::move(out), target);
 }
 
+// Converted pixels remembered by their premultiplied value. Drawn artwork repeats few colours
+// (a layer of a million pixels holds some thousands), so most pixels are looked up rather than
+// unpremultiplied, transformed and premultiplied again; the answers are the transform's own.
+class ConvertedPixels {
+ public:
+  // Room for about one answer in eight of `pixelCount`, within 64 to 65536.
+  ConvertedPixels(void* transform, std::size_t pixelCount)
+      : transform_(transform), bits_(std::clamp(int(std::bit_width(pixelCount / 8)), 6, 16)), slots_(std::size_t(1) << bits_) {
+    // Every slot starts as the answer for transparent black.
+    const Slot empty{0, convert(0)};
+    std::fill(slots_.begin(), slots_.end(), empty);
+  }
+
+  std::uint32_t operator()(std::uint32_t pixel) {
+    Slot& slot = slots_[(pixel * 0x9E3779B1u) >> (32 - bits_)];
+    if (slot.pixel != pixel) slot = {pixel, convert(pixel)};
+    return slot.converted;
+  }
+
+ private:
+  struct Slot {
+    std::uint32_t pixel, converted;
+  };
+
+  std::uint32_t convert(std::uint32_t pixel) const {
+    std::array<std::uint8_t, 4> bytes;
+    std::memcpy(bytes.data(), &pixel, 4);
+    unpremultiplyBGRA(bytes);
+    cmsDoTransform(transform_, bytes.data(), bytes.data(), 1);
+    codecs::premultiplyBGRA(bytes);
+    std::memcpy(&pixel, bytes.data(), 4);
+    return pixel;
+  }
+
+  void* transform_;
+  int bits_;
+  std::vector<Slot> slots_;
+};
+
 // Converts each row's stretch from its first to its last pixel that is not transparent;
 // transparent pixels outside it are made transparent black, as a conversion leaves them.
 void convertRows(void* transform, std::uint8_t* pixels, int width, int height, std::size_t stride) {
+  std::optional<ConvertedPixels> converted;
   for (int y = 0; y < height; ++y) {
     std::uint8_t* row = pixels + std::size_t(y) * stride;
     int first = 0;
@@ -184,10 +228,13 @@ void convertRows(void* transform, std::uint8_t* pixels, int width, int height, s
     if (first == width) continue;
     int last = width - 1;
     for (; row[4 * last + 3] == 0; --last) row[4 * last] = row[4 * last + 1] = row[4 * last + 2] = 0;
-    const std::span<std::uint8_t> stretch(row + 4 * first, std::size_t(last - first + 1) * 4);
-    unpremultiplyBGRA(stretch);
-    cmsDoTransform(transform, stretch.data(), stretch.data(), cmsUInt32Number(last - first + 1));
-    codecs::premultiplyBGRA(stretch);
+    if (!converted) converted.emplace(transform, std::size_t(width) * std::size_t(height - y));
+    for (std::uint8_t* pixel = row + 4 * first; pixel <= row + 4 * last; pixel += 4) {
+      std::uint32_t value;
+      std::memcpy(&value, pixel, 4);
+      value = (*converted)(value);
+      std::memcpy(pixel, &value, 4);
+    }
   }
 }
 

@@ -1,8 +1,12 @@
 #include "kit/commands/ExportSupport.hpp"
 
 #include <malloc.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <map>
 #include <string>
 
@@ -74,6 +78,20 @@ void keepFreedMemoryForReuse() {
   // heap is not trimmed below 1 GiB of free space.
   mallopt(M_MMAP_THRESHOLD, 32 << 20);
   mallopt(M_TRIM_THRESHOLD, 1 << 30);
+  // The heap is grown now by a block that is freed at once, and that span is advised for huge
+  // pages: the rasters then fault in 2 MiB at a time rather than 4 KiB, which on a virtual
+  // machine costs far less. Pages that are never touched cost nothing.
+  constexpr std::uintptr_t hugePage = 2 << 20;
+  constexpr std::size_t reserve = 30 << 20;  // below the mapping threshold, so from the heap
+  const auto before = reinterpret_cast<std::uintptr_t>(sbrk(0));
+  void* block = std::malloc(reserve);
+  const auto after = reinterpret_cast<std::uintptr_t>(sbrk(0));
+  const std::uintptr_t first = (before + hugePage - 1) & ~(hugePage - 1);
+  const std::uintptr_t last = after & ~(hugePage - 1);
+  if (block && before != std::uintptr_t(-1) && last > first) {
+    madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+  }
+  std::free(block);
 }
 
 void writePNG(const ToolCommand& command, const FilePath& path, const Raster& raster, OutputColorSpace space) {

@@ -15,9 +15,12 @@ template <int C>
 struct Plane {
   int width = 0;
   int height = 0;
-  std::vector<float> values;
+  std::vector<float, UninitializedAllocator<float>> values;
 
-  Plane(int w, int h) : width(w), height(h), values(std::size_t(w) * std::size_t(h) * C, 0.0f) {}
+  // Zeros when `zeroed`; otherwise unset, for a caller that writes every value first.
+  Plane(int w, int h, bool zeroed) : width(w), height(h), values(std::size_t(w) * std::size_t(h) * C) {
+    if (zeroed) std::fill(values.begin(), values.end(), 0.0f);
+  }
   [[nodiscard]] float* row(int y) { return values.data() + std::size_t(y) * std::size_t(width) * C; }
   [[nodiscard]] const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(width) * C; }
 };
@@ -68,7 +71,8 @@ void boxRows(Plane<C>& plane, std::vector<float>& lines, int radius) {
 // The same down the columns, a whole row at a time so that memory is read in order and the
 // inner loops run over contiguous floats; `scratch` receives the result and is swapped in.
 template <int C>
-void boxColumns(Plane<C>& plane, std::vector<float>& scratch, std::vector<float>& sum, int radius) {
+void boxColumns(Plane<C>& plane, std::vector<float, UninitializedAllocator<float>>& scratch, std::vector<float>& sum,
+                int radius) {
   const float scale = 1.0f / float(2 * radius + 1);
   const std::size_t width = std::size_t(plane.width) * C;
   const int height = plane.height;
@@ -99,7 +103,8 @@ void boxColumns(Plane<C>& plane, std::vector<float>& scratch, std::vector<float>
 template <int C>
 void gaussian(Plane<C>& plane, double sigma) {
   const int radius = std::max(1, int(std::lround((std::sqrt(4.0 * sigma * sigma + 1.0) - 1.0) / 2.0)));
-  std::vector<float> lines, scratch, sum;
+  std::vector<float> lines, sum;
+  std::vector<float, UninitializedAllocator<float>> scratch;  // written whole by each pass
   for (int pass = 0; pass < 3; ++pass) {
     boxRows(plane, lines, radius);
     boxColumns(plane, scratch, sum, radius);
@@ -122,7 +127,8 @@ template <int C, class RowAt>
 Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
   int shift = 0;
   while ((1 << shift) < factor) ++shift;
-  Plane<C> plane((width + factor - 1) >> shift, (height + factor - 1) >> shift);
+  // Reduced blocks are summed into zeros; at full size every value is written.
+  Plane<C> plane((width + factor - 1) >> shift, (height + factor - 1) >> shift, factor > 1);
   const float scale = 1.0f / float(factor * factor);
   for (int y = 0; y < height; ++y) {
     const auto* in = rowAt(y);

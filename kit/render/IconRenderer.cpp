@@ -68,6 +68,7 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   std::optional<Raster> body;
   std::optional<Raster> glass;
   std::optional<Mask::Box> glassBox;  // where the glass overlay holds anything
+  std::optional<Mask> bodyCoverage;   // the body's alpha, while it is known without reading it
 
   const bool individualLighting = group.lighting().effectiveValue(slot) == Lighting::individual;
   const auto& layers = group.layers();
@@ -88,7 +89,7 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
         if (auto paint = fillPaint(fill, *frame, lightAppearance)) painter.paint(*paint, CompositeOperator::in);
       }
     }
-    const Mask coverage = raster->alphaMask();
+    Mask coverage = raster->alphaMask();
     if (individualLighting) applyLighting(*raster, coverage, light);
     if (layer.isGlass().effectiveValue(slot)) {
       if (!glass) glass = Raster::create(target.width(), target.height());
@@ -106,16 +107,19 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
       if (const auto box = coverage.bounds(0)) {
         Painter(*body).compositeWithin(*raster, *box, compositeOperator(layer.blendMode().effectiveValue(slot)),
                                        opacity);
+        bodyCoverage.reset();
       }
     } else {
-      // Onto the transparent body every operator gives the layer itself, at its opacity.
-      raster->multiplyBy(opacity);
+      // Onto the transparent body every operator gives the layer itself, at its opacity: the
+      // layer's own coverage when that is full (lighting leaves alpha as it is).
+      if (const auto box = coverage.bounds(0)) raster->multiplyBy(opacity, *box);
       body = std::move(raster);
+      if (opacity >= 1) bodyCoverage = std::move(coverage);
     }
   }
   if (!body) return;
 
-  const Mask coverage = body->alphaMask();
+  const Mask coverage = bodyCoverage ? std::move(*bodyCoverage) : body->alphaMask();
   if (!individualLighting) applyLighting(*body, coverage, light);
   drawShadow(target, *body, coverage, group.shadow().effectiveValue(slot), light, pixelsPerPoint);
   blurBackdrop(target, coverage, group.blurMaterial().effectiveValue(slot).effectiveStrength(), pixelsPerPoint);

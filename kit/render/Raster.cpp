@@ -63,10 +63,17 @@ Mask Raster::alphaMask() const {
   return mask;
 }
 
-void Raster::multiplyBy(double factor) {
+void Raster::multiplyBy(double factor) { multiplyBy(factor, Mask::Box{0, 0, width_ - 1, height_ - 1}); }
+
+void Raster::multiplyBy(double factor, const Mask::Box& box) {
   const float scale = float(std::clamp(factor, 0.0, 1.0));
   if (scale >= 1) return;
-  for (std::size_t i = 0; i < pixels_.size(); i += 4) storePixel(&pixels_[i], loadPixel(&pixels_[i]) * scale + 0.5f);
+  for (int y = std::max(box.minY, 0); y <= std::min(box.maxY, height_ - 1); ++y) {
+    std::uint8_t* r = row(y);
+    for (int x = std::max(box.minX, 0); x <= std::min(box.maxX, width_ - 1); ++x) {
+      storePixel(r + 4 * x, loadPixel(r + 4 * x) * scale + 0.5f);
+    }
+  }
 }
 
 Image Raster::makeImage() const {

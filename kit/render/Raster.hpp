@@ -121,6 +121,8 @@ class Raster {
   [[nodiscard]] Mask alphaMask() const;
   /// Every channel (and so the alpha) multiplied by a constant in 0...1.
   void multiplyBy(double factor);
+  /// The same where only the pixels of `box` can be other than transparent.
+  void multiplyBy(double factor, const Mask::Box& box);
   /// An image of these pixels tagged Display P3.
   [[nodiscard]] Image makeImage() const;
 
