@@ -193,9 +193,15 @@ class ConvertedPixels {
 
   std::uint32_t operator()(std::uint32_t pixel) {
     Slot& slot = slots_[(pixel * 0x9E3779B1u) >> (32 - bits_)];
-    if (slot.pixel != pixel) slot = {pixel, convert(pixel)};
+    if (slot.pixel != pixel) {
+      slot = {pixel, convert(pixel)};
+      ++misses_;
+    }
     return slot.converted;
   }
+
+  /// Answers not found since the last call.
+  std::size_t takeMisses() { return std::exchange(misses_, 0); }
 
  private:
   struct Slot {
@@ -215,12 +221,16 @@ class ConvertedPixels {
   void* transform_;
   int bits_;
   std::vector<Slot> slots_;
+  std::size_t misses_ = 0;
 };
 
 // Converts each row's stretch from its first to its last pixel that is not transparent;
 // transparent pixels outside it are made transparent black, as a conversion leaves them.
+// Rows whose colours mostly miss the remembered ones (photographs, smooth gradients) are
+// converted in one call each from then on, which costs less per pixel than one call per miss.
 void convertRows(void* transform, std::uint8_t* pixels, int width, int height, std::size_t stride) {
   std::optional<ConvertedPixels> converted;
+  bool convertsWholeRows = false;
   for (int y = 0; y < height; ++y) {
     std::uint8_t* row = pixels + std::size_t(y) * stride;
     int first = 0;
@@ -228,6 +238,14 @@ void convertRows(void* transform, std::uint8_t* pixels, int width, int height, s
     if (first == width) continue;
     int last = width - 1;
     for (; row[4 * last + 3] == 0; --last) row[4 * last] = row[4 * last + 1] = row[4 * last + 2] = 0;
+    const auto count = std::size_t(last - first + 1);
+    if (convertsWholeRows) {
+      const std::span<std::uint8_t> stretch(row + 4 * first, count * 4);
+      unpremultiplyBGRA(stretch);
+      cmsDoTransform(transform, stretch.data(), stretch.data(), cmsUInt32Number(count));
+      codecs::premultiplyBGRA(stretch);
+      continue;
+    }
     if (!converted) converted.emplace(transform, std::size_t(width) * std::size_t(height - y));
     for (std::uint8_t* pixel = row + 4 * first; pixel <= row + 4 * last; pixel += 4) {
       std::uint32_t value;
@@ -235,6 +253,7 @@ void convertRows(void* transform, std::uint8_t* pixels, int width, int height, s
       value = (*converted)(value);
       std::memcpy(pixel, &value, 4);
     }
+    convertsWholeRows = count >= 64 && converted->takeMisses() * 2 > count;
   }
 }
 

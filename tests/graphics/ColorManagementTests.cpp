@@ -69,30 +69,34 @@ TEST(ColorManagement, InPlaceConversionMatchesConvertedImage) {
 }
 
 TEST(ColorManagement, LargeInPlaceConversionMatchesEachPixelAlone) {
-  // Many pixels, most colours repeated and enough distinct ones that remembered answers are
-  // displaced: each must still come out as that pixel converted by itself.
-  const int width = 300, height = 200;
-  std::vector<std::uint8_t> pixels(std::size_t(width) * height * 4);
-  std::uint32_t seed = 12345;
-  for (std::size_t i = 0; i < pixels.size(); i += 4) {
-    seed = seed * 1664525u + 1013904223u;
-    const bool repeated = (seed >> 28) < 12;
-    const std::uint32_t colour = repeated ? (seed >> 24) % 7 : seed >> 8;
-    const std::uint8_t alpha = repeated ? std::uint8_t(255 - 40 * ((seed >> 24) % 3)) : std::uint8_t(colour);
-    pixels[i + 3] = alpha;
-    for (int c = 0; c < 3; ++c) pixels[i + c] = std::uint8_t(((colour >> (5 * c)) * 37) % (unsigned(alpha) + 1));
+  // Many pixels, with most colours repeated (answers remembered, some displaced) or most of them
+  // distinct (whole rows converted at once): each must still come out as that pixel converted
+  // by itself.
+  for (const std::uint32_t repeatedSixteenths : {12u, 1u}) {
+    SCOPED_TRACE(repeatedSixteenths);
+    const int width = 300, height = 200;
+    std::vector<std::uint8_t> pixels(std::size_t(width) * height * 4);
+    std::uint32_t seed = 12345;
+    for (std::size_t i = 0; i < pixels.size(); i += 4) {
+      seed = seed * 1664525u + 1013904223u;
+      const bool repeated = (seed >> 28) < repeatedSixteenths;
+      const std::uint32_t colour = repeated ? (seed >> 24) % 7 : seed >> 8;
+      const std::uint8_t alpha = repeated ? std::uint8_t(255 - 40 * ((seed >> 24) % 3)) : std::uint8_t(colour);
+      pixels[i + 3] = alpha;
+      for (int c = 0; c < 3; ++c) pixels[i + c] = std::uint8_t(((colour >> (5 * c)) * 37) % (unsigned(alpha) + 1));
+    }
+    const std::vector<std::uint8_t> original = pixels;
+    ASSERT_TRUE(convertPixelsInPlace(pixels.data(), width, height, std::size_t(width) * 4, ColorSpace::sRGB(),
+                                     ColorSpace::displayP3()));
+    int mismatches = 0;
+    for (std::size_t i = 0; i < pixels.size(); i += 4) {
+      std::vector<std::uint8_t> one(original.begin() + std::ptrdiff_t(i), original.begin() + std::ptrdiff_t(i) + 4);
+      ASSERT_TRUE(convertPixelsInPlace(one.data(), 1, 1, 4, ColorSpace::sRGB(), ColorSpace::displayP3()));
+      if (!std::equal(one.begin(), one.end(), pixels.begin() + std::ptrdiff_t(i)) && ++mismatches <= 5)
+        ADD_FAILURE() << "pixel " << i / 4;
+    }
+    EXPECT_EQ(mismatches, 0);
   }
-  const std::vector<std::uint8_t> original = pixels;
-  ASSERT_TRUE(convertPixelsInPlace(pixels.data(), width, height, std::size_t(width) * 4, ColorSpace::sRGB(),
-                                   ColorSpace::displayP3()));
-  int mismatches = 0;
-  for (std::size_t i = 0; i < pixels.size(); i += 4) {
-    std::vector<std::uint8_t> one(original.begin() + std::ptrdiff_t(i), original.begin() + std::ptrdiff_t(i) + 4);
-    ASSERT_TRUE(convertPixelsInPlace(one.data(), 1, 1, 4, ColorSpace::sRGB(), ColorSpace::displayP3()));
-    if (!std::equal(one.begin(), one.end(), pixels.begin() + std::ptrdiff_t(i)) && ++mismatches <= 5)
-      ADD_FAILURE() << "pixel " << i / 4;
-  }
-  EXPECT_EQ(mismatches, 0);
 }
 
 TEST(ColorManagement, EmbeddedProfiles) {
