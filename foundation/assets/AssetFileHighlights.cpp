@@ -93,7 +93,7 @@ int uniformAlpha(const std::uint8_t* pixels, std::size_t count) {
 /// with coverage below `threshold` cleared: each pixel samples the alpha bilinearly at its
 /// centre. This is the coverage that drawing the image into a scaled context leaves; only the
 /// colours, which coverage ignores, are skipped. Fixed point with 8-bit weights, in two passes:
-/// each source row that a sample touches is resampled across once (runs of 16 pixels whose
+/// each source row that a sample touches is resampled across once (runs of 32 pixels whose
 /// source span has a single alpha are not sampled), and each output row blends the two rows
 /// around its centre (a run that is uniform in both rows is filled with one value).
 HitMask scaledCoverage(const Image& bitmap, double scale, std::uint8_t threshold) {
@@ -116,7 +116,7 @@ HitMask scaledCoverage(const Image& bitmap, double scale, std::uint8_t threshold
 
   // One source row across: alpha × 256 at each output column (at most 65,280), and for each
   // run the alpha of its whole source span, or -1 when that varies.
-  constexpr int run = 16;
+  constexpr int run = 32;
   const auto runCount = std::size_t((width + run - 1) / run);
   struct ResampledRow {
     std::vector<std::uint16_t> values;
