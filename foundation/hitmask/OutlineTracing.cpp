@@ -1,5 +1,6 @@
 // Tracing the outlines of a hit mask: a walk along the pixel grid from every pixel with a free
 // top edge that no earlier walk has passed, keeping the covered pixels on its right hand.
+// The walks read the mask's bytes in place.
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -48,87 +49,93 @@ constexpr std::array<std::array<std::uint8_t, 16>, 4> turnTable = [] {
   return table;
 }();
 
-constexpr std::uint8_t coveredBit = 1;
-constexpr std::uint8_t visitedBit = 2;
-
-/// The mask as covered/visited bits with a border of one uncovered pixel all round, so that the
-/// walk never tests bounds. Pixel (x, y) is at (y + 1) × stride + x + 1.
-class TracingGrid {
+/// Walks around the covered (non-zero) pixels of a mask, read in place: pixels outside the
+/// mask count as uncovered. The grid points that walks have passed are kept as one bit each,
+/// for the pixel of which the point is the top-left corner.
+class Tracer {
  public:
-  /// Builds the grid and, in the same pass, lists the covered pixels with an uncovered pixel
-  /// above, the only ones that can start a walk.
-  explicit TracingGrid(const HitMask& mask)
-      : width_(mask.width()), height_(mask.height()), stride_(std::size_t(width_) + 2),
-        cells_(stride_ * (std::size_t(height_) + 2), 0) {
-    const std::uint8_t* bytes = mask.bytes().data();
-    const std::size_t width = std::size_t(width_);
-    for (std::size_t y = 0; y < std::size_t(height_); ++y) {
-      const std::uint8_t* in = bytes + y * width;
-      std::uint8_t* out = cellAt(0, int(y));
-      const std::uint8_t* above = out - stride_;  // already built, or the border
-      std::size_t x = 0;
-      for (; std::endian::native == std::endian::little && x + 8 <= width; x += 8) {
-        const std::uint64_t flags = bytescan::nonZeroFlags(bytescan::load(in + x));
-        std::memcpy(out + x, &flags, 8);
-        for (std::uint64_t free = flags & ~bytescan::load(above + x); free; free &= free - 1) {
-          starts_.push_back({int(x) + std::countr_zero(free) / 8, int(y)});
-        }
-      }
-      for (; x < width; ++x) {
-        out[x] = in[x] != 0;
-        if (out[x] && !above[x]) starts_.push_back({int(x), int(y)});
-      }
-    }
-  }
-
-  [[nodiscard]] std::uint8_t* cellAt(int x, int y) {
-    return cells_.data() + (std::size_t(y) + 1) * stride_ + std::size_t(x) + 1;
-  }
+  explicit Tracer(const HitMask& mask)
+      : bytes_(mask.bytes().data()), width_(mask.width()), height_(mask.height()),
+        visited_((std::size_t(width_) * std::size_t(height_) + 63) / 64, 0) {}
 
   /// Calls start(x, y) for each covered pixel with an uncovered pixel above and not yet
   /// visited, in scan order. The visited bit is read at the last moment, since each walk marks
   /// more pixels.
   template <class Start>
   void forEachStart(Start start) {
-    for (const auto [x, y] : starts_) {
-      if (!(*cellAt(x, y) & visitedBit)) start(x, y);
+    const std::size_t width = std::size_t(width_);
+    for (std::size_t y = 0; y < std::size_t(height_); ++y) {
+      const std::uint8_t* row = bytes_ + y * width;
+      const std::uint8_t* above = y > 0 ? row - width : nullptr;
+      const auto consider = [&](std::size_t x) {
+        if (!isVisited(y * width + x)) start(int(x), int(y));
+      };
+      std::size_t x = 0;
+      for (; std::endian::native == std::endian::little && x + 16 <= width; x += 16) {
+        const bytescan::Block block = bytescan::loadBlock(row + x);
+        if (!bytescan::anyNonZero(block)) continue;
+        bytescan::Block free = bytescan::Block(block != 0);
+        if (above) free &= bytescan::Block(bytescan::loadBlock(above + x) == 0);
+        if (!bytescan::anyNonZero(free)) continue;
+        for (std::size_t half = 0; half < 16; half += 8) {
+          for (std::uint64_t bits = bytescan::load(reinterpret_cast<const std::uint8_t*>(&free) + half) &
+                                    bytescan::highBits;
+               bits; bits &= bits - 1) {
+            consider(x + half + std::size_t(std::countr_zero(bits)) / 8);
+          }
+        }
+      }
+      for (; x < width; ++x) {
+        if (row[x] && !(above && above[x])) consider(x);
+      }
     }
   }
 
   /// The walk from the top-left corner of pixel (x, y), heading maxX, until it is back there.
   /// Every point marks the pixel of which it is the top-left corner as visited.
   std::vector<Point> walk(int x, int y) {
-    const std::ptrdiff_t stride = std::ptrdiff_t(stride_);
-    const std::ptrdiff_t advance[4] = {1, stride, -1, -stride};
+    const std::ptrdiff_t width = width_;
+    const std::ptrdiff_t advance[4] = {1, width, -1, -width};
     const int dx[4] = {1, 0, -1, 0}, dy[4] = {0, 1, 0, -1};
     std::vector<Point> points;
     int px = x, py = y;
-    std::uint8_t* cell = cellAt(x, y);  // the pixel south-east of the point
+    std::ptrdiff_t index = std::ptrdiff_t(y) * width + x;  // of the pixel south-east of the point
     std::uint8_t heading = maxX;
     do {
       points.push_back({double(px), double(py)});
-      if (px < width_ && py < height_) *cell |= visitedBit;
-      const unsigned state = (cell[-stride - 1] & coveredBit) | (cell[-stride] & coveredBit) << 1 |
-                             (cell[-1] & coveredBit) << 2 | (*cell & coveredBit) << 3;
+      unsigned state;
+      if (px > 0 && py > 0 && px < width_ && py < height_) {
+        const std::uint8_t* cell = bytes_ + index;
+        state = unsigned(cell[-width - 1] != 0) | unsigned(cell[-width] != 0) << 1 |
+                unsigned(cell[-1] != 0) << 2 | unsigned(*cell != 0) << 3;
+        markVisited(std::size_t(index));
+      } else {
+        state = unsigned(isCovered(px - 1, py - 1)) | unsigned(isCovered(px, py - 1)) << 1 |
+                unsigned(isCovered(px - 1, py)) << 2 | unsigned(isCovered(px, py)) << 3;
+        if (px < width_ && py < height_) markVisited(std::size_t(index));
+      }
       const std::uint8_t next = turnTable[heading][state];
       // Unreachable from a start with a free top edge: the walk always has a way on.
       if (next == noHeading) ICONWRIGHT_UNREACHABLE("HitMask");
       heading = next;
       px += dx[heading];
       py += dy[heading];
-      cell += advance[heading];
+      index += advance[heading];
     } while (px != x || py != y);
     return points;
   }
 
  private:
-  struct Pixel {
-    int x, y;
-  };
+  [[nodiscard]] bool isCovered(int x, int y) const {
+    return x >= 0 && y >= 0 && x < width_ && y < height_ &&
+           bytes_[std::size_t(y) * std::size_t(width_) + std::size_t(x)] != 0;
+  }
+  [[nodiscard]] bool isVisited(std::size_t index) const { return visited_[index / 64] >> (index % 64) & 1; }
+  void markVisited(std::size_t index) { visited_[index / 64] |= std::uint64_t(1) << (index % 64); }
+
+  const std::uint8_t* bytes_;
   int width_, height_;
-  std::size_t stride_;
-  std::vector<std::uint8_t> cells_;
-  std::vector<Pixel> starts_;
+  std::vector<std::uint64_t> visited_;
 };
 
 }  // namespace
@@ -136,8 +143,8 @@ class TracingGrid {
 std::vector<HitMask::Outline> HitMask::outlinePaths() const {
   std::vector<Outline> outlines;
   if (bytes_.empty()) return outlines;
-  TracingGrid grid(*this);
-  grid.forEachStart([&](int x, int y) { outlines.emplace_back(grid.walk(x, y)); });
+  Tracer tracer(*this);
+  tracer.forEachStart([&](int x, int y) { outlines.emplace_back(tracer.walk(x, y)); });
   return outlines;
 }
 

@@ -139,6 +139,27 @@ TEST(AssetQuestions, LargeBitmapsAreTracedAtMost1024PixelsASide) {
   }
 }
 
+TEST(AssetQuestions, TranslucentBitmapsKeepOnlyTheCoverageAboveTheThresholdWhenScaled) {
+  // 1536 × 1024 is traced at 2/3: output pixel x samples source x at 1.5x + 0.25, so the edges
+  // of the rect from 301 to 901 (rows 301 to 601) fall a quarter or three quarters into an
+  // output pixel. Runs inside the rect are translucent but uniform; a partly covered pixel
+  // keeps alpha × weight, and below 3 it is dropped: at alpha 4 the leading edges (a quarter)
+  // go and the trailing ones (three quarters) stay; at alpha 12 both stay.
+  struct Case {
+    int alpha;
+    Rect outlineBox;  // in output pixels, scaled back by 1.5
+  };
+  for (const Case& item : {Case{4, Rect::makeLTRB(201, 201, 601, 401)}, Case{12, Rect::makeLTRB(200, 200, 601, 401)}}) {
+    const AssetFile file(pngOfRects(1536, 1024, {Rect::makeLTRB(301, 301, 901, 601)}, item.alpha / 255.0));
+    const auto outline = file.strokeHighlight(pngContext());
+    ASSERT_TRUE(outline);
+    const Rect& box = item.outlineBox;
+    EXPECT_EQ(outline->pathBoundingBox(),
+              Rect::makeLTRB(box.minX() * 1.5, box.minY() * 1.5, box.maxX() * 1.5, box.maxY() * 1.5))
+        << item.alpha;
+  }
+}
+
 TEST(AssetQuestions, ManyOutlinesKeepTheirOrderWhenSmoothedInParallel) {
   // 128 × 128 squares of 6 pixels: enough outline points for the parallel loop.
   std::vector<Rect> squares;

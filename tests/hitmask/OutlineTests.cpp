@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
+#include <utility>
 
 #include "foundation/hitmask/HitMask.hpp"
 #include "tests/hitmask/MaskPictures.hpp"
@@ -81,6 +83,30 @@ TEST(HitMaskOutline, PixelsTouchingOnlyAtACornerAreJoinedByTheLeftTurn) {
   EXPECT_EQ(tracedPoints(maskFromPicture({".#.", "#.#", ".#."})),
             (std::vector<Points>{{{1, 0}, {2, 0}, {2, 1}, {3, 1}, {3, 2}, {2, 2}, {2, 3}, {1, 3},
                                   {1, 2}, {0, 2}, {0, 1}, {1, 1}}}));
+}
+
+TEST(HitMaskOutline, TracingDoesNotDependOnWhereTheShapesLie) {
+  // The same random shapes alone and inside a wider, taller clear raster, against its edges or
+  // away from them: the starts are found sixteen pixels at a time or one by one, and the walks
+  // read inside the raster or along its border; the outlines only move.
+  std::mt19937 random(5);
+  for (int round = 0; round < 60; ++round) {
+    const HitMask shapes = testing::randomMask(random, 1 + round % 41, 1 + round % 7, 0.5);
+    const auto alone = shapes.outlinePaths();
+    const int width = shapes.width() + 37, height = shapes.height() + 2;
+    for (const auto& [dx, dy] : {std::pair{0, 0}, std::pair{19, 1}, std::pair{37, 2}}) {
+      std::vector<std::uint8_t> bytes(std::size_t(width) * std::size_t(height), 0);
+      for (int y = 0; y < shapes.height(); ++y)
+        for (int x = 0; x < shapes.width(); ++x)
+          bytes[std::size_t(y + dy) * std::size_t(width) + std::size_t(x + dx)] =
+              shapes.bytes()[std::size_t(y) * std::size_t(shapes.width()) + std::size_t(x)];
+      const auto placed = HitMask(std::move(bytes), width, height).outlinePaths();
+      ASSERT_EQ(placed.size(), alone.size()) << round << " at " << dx;
+      for (std::size_t i = 0; i < alone.size(); ++i) {
+        ASSERT_EQ(placed[i], alone[i].offset({double(dx), double(dy)})) << round << " at " << dx << ", outline " << i;
+      }
+    }
+  }
 }
 
 TEST(HitMaskOutline, SmoothingPasses) {
