@@ -228,6 +228,8 @@ std::optional<iconwright::Image> AssetFile::Variant::cgThumbnail(const VariantTh
     if (!document) {
       image = bitmap(request.context);
       if (!image) return std::nullopt;
+    } else if (!document->isDrawable()) {
+      return std::nullopt;
     }
     const Size source = document ? document->canvasSize() : image->size();
     ICONWRIGHT_PRECONDITION(source.width >= 0 && source.height >= 0, "AssetFile", "A source size is negative");

@@ -45,8 +45,10 @@ FileType bitmapFileType(ImageFormat format, std::span<const std::uint8_t> bytes)
   return FileType::heif();
 }
 
-/// The document drawn at its canvas size, truncated to whole pixels.
+/// The document drawn at its canvas size, truncated to whole pixels; absent when librsvg does
+/// not accept it.
 std::optional<iconwright::Image> renderedSVG(const SVGDocument& document) {
+  if (!document.isDrawable()) return std::nullopt;
   const Size canvas = document.canvasSize();
   auto context = BitmapContext::create(canvas.width, canvas.height);
   if (!context) return std::nullopt;

@@ -302,6 +302,17 @@ TEST(AssetSVGQuestions, GeometryAndPixelsPartWays) {
   EXPECT_EQ(noViewBox.visualBounds(svgContext()), Rect::makeXYWH(0, 0, 4, 4));
 }
 
+TEST(AssetSVGQuestions, ADocumentLibrsvgRefusesHasGeometryButNoPixels) {
+  // The second height makes the text no XML to librsvg; the tree still reads the shape.
+  const AssetFile file = svgFile(
+      "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20' viewBox='0 0 20 20'>"
+      "<rect x='4' y='2' width='10' height='6' height='7'/></svg>");
+  EXPECT_EQ(file.imageSize(svgContext()), (Size{20, 20}));
+  EXPECT_EQ(file.alignmentBounds(svgContext()), Rect::makeLTRB(4, 2, 14, 8));
+  EXPECT_FALSE(file.cgImage(svgContext()));
+  EXPECT_FALSE(file.cgThumbnail({{8, 8}, 1, std::nullopt, svgContext()}));
+}
+
 TEST(AssetSVGQuestions, MirroredDocumentGivesTheMirrorImageMask) {
   const AssetFile file = svgFile(strokedSVG);
   const auto plain = file.hitMask(svgContext());

@@ -1,8 +1,10 @@
 // Parsing keeps the text as written (no escapes resolved, no line ends or attribute blanks
 // normalised), and writing prints it back without escaping; SVGTree's readers decode values.
-// The renderer is built from the original bytes at first and rebuilt from the tree's text
-// after edits. Colours are drawn as librsvg draws them and then converted, inside a group of
-// their own, from the document's colour space into the context's.
+// librsvg parses the whole text only when the document is first drawn (questions about the
+// tree never need it), and again after edits; the canvas is sized when parsing by librsvg
+// from the prolog and the root element alone, or from the whole text when the document has a
+// style sheet or that probe fails. Colours are drawn as librsvg draws them and then converted,
+// inside a group of their own, from the document's colour space into the context's.
 #include "foundation/graphics/svg/SVGDocument.hpp"
 
 #include <cairo.h>
@@ -38,13 +40,16 @@ struct VectorWriter final : pugi::xml_writer {
 };
 
 // Checks the depth and makes attribute values printable between double quotes (a value
-// written between single quotes may hold a '"').
-bool prepareTree(const pugi::xml_node& root) {
+// written between single quotes may hold a '"'). Sets `hasStyleSheet` when an element named
+// `style` appears.
+bool prepareTree(const pugi::xml_node& root, bool& hasStyleSheet) {
+  hasStyleSheet = false;
   std::vector<std::pair<pugi::xml_node, int>> stack{{root, 1}};
   while (!stack.empty()) {
     auto [node, depth] = stack.back();
     stack.pop_back();
     if (depth > kMaximumDepth) return false;
+    if (localName(node.name()) == "style") hasStyleSheet = true;
     for (pugi::xml_attribute attribute = node.first_attribute(); attribute; attribute = attribute.next_attribute()) {
       if (std::strchr(attribute.value(), '"') == nullptr) continue;
       std::string value;
@@ -64,6 +69,25 @@ bool isAcceptableCanvas(Size size) {
   return std::ceil(size.width) * std::ceil(size.height) <= double(Image::maximumPixelCount);
 }
 
+// The text up to the end of the root element's start tag, closed: what librsvg needs to size
+// the canvas. `rootStart` is the offset of the tag's '<' in `text`, which parsed as XML.
+std::string rootElementAlone(std::string_view text, std::size_t rootStart, const char* rootName) {
+  char quote = 0;
+  for (std::size_t i = rootStart; i < text.size(); ++i) {
+    const char c = text[i];
+    if (quote != 0) {
+      if (c == quote) quote = 0;
+    } else if (c == '"' || c == '\'') {
+      quote = c;
+    } else if (c == '>') {
+      std::string probe(text.substr(0, i + 1));
+      if (text[i - 1] != '/') probe.append("</").append(rootName).append(">");
+      return probe;
+    }
+  }
+  return {};
+}
+
 ColorSpace rasterSpace(SVGColorSpace space) {
   return space == SVGColorSpace::displayP3 ? ColorSpace::displayP3() : ColorSpace::sRGB();
 }
@@ -81,13 +105,39 @@ void convertSurface(cairo_surface_t* surface, const ColorSpace& from, const Colo
   cairo_surface_mark_dirty(surface);
 }
 
+// The tree as SVG text.
+std::vector<std::uint8_t> treeText(const SVGTree& tree) {
+  std::vector<std::uint8_t> out;
+  VectorWriter writer(out);
+  pugi::xml_node child = tree.document->first_child();
+  if (tree.prolog) {
+    writer.write(tree.prolog->data(), tree.prolog->size());
+    while (child && child.internal_object() != tree.rootElement()) child = child.next_sibling();
+  }
+  for (; child; child = child.next_sibling()) {
+    if (child.internal_object() == tree.holder) continue;
+    child.print(writer, "", kWriteOptions, pugi::encoding_utf8);
+  }
+  writer.write(tree.trailing.data(), tree.trailing.size());
+  return out;
+}
+
 }  // namespace
 
 struct SVGDocument::Impl {
   std::shared_ptr<SVGTree> tree;
   Size canvas;
   mutable std::optional<SVGRenderer> renderer;
-  mutable std::uint64_t rendererGeneration = 0;
+  // The tree generation the renderer was built from; absent before the first build.
+  mutable std::optional<std::uint64_t> rendererGeneration;
+
+  const SVGRenderer* currentRenderer() const {
+    if (rendererGeneration != tree->generation) {
+      renderer = SVGRenderer::create(treeText(*tree));
+      rendererGeneration = tree->generation;
+    }
+    return renderer ? &*renderer : nullptr;
+  }
 };
 
 SVGDocument::SVGDocument(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
@@ -101,6 +151,14 @@ std::shared_ptr<SVGDocument> SVGDocument::createFromData(std::span<const std::ui
   pugi::xml_document& document = *tree->document;
   if (!document.load_buffer(bytes.data(), bytes.size(), kParseOptions, pugi::encoding_auto)) return nullptr;
 
+  // XML allows one element at the top and no text beside it; pugixml takes more.
+  int topElements = 0;
+  for (pugi::xml_node child = document.first_child(); child; child = child.next_sibling()) {
+    if (child.type() == pugi::node_element && ++topElements > 1) return nullptr;
+    if ((child.type() == pugi::node_pcdata || child.type() == pugi::node_cdata) &&
+        std::string_view(child.value()).find_first_not_of(" \t\r\n") != std::string_view::npos)
+      return nullptr;
+  }
   for (pugi::xml_node child = document.first_child(); child; child = child.next_sibling()) {
     if (child.type() != pugi::node_doctype) continue;
     auto entities = parseEntityDeclarations(child.value());
@@ -111,18 +169,31 @@ std::shared_ptr<SVGDocument> SVGDocument::createFromData(std::span<const std::ui
   if (!entityExpansionGrowth(tree->entities, text, kMaximumEntityGrowth)) return nullptr;
 
   const pugi::xml_node root(tree->rootElement());
-  if (!root || localName(root.name()) != "svg" || !prepareTree(root)) return nullptr;
-
-  auto renderer = SVGRenderer::create(bytes);
-  if (!renderer) return nullptr;
-  const auto canvas = renderer->intrinsicSize();
-  if (!canvas || !isAcceptableCanvas(*canvas)) return nullptr;
+  bool hasStyleSheet = false;
+  if (!root || localName(root.name()) != "svg" || !prepareTree(root, hasStyleSheet)) return nullptr;
 
   // pugixml keeps no text outside the root; the prolog and the final blanks are kept here.
   const std::ptrdiff_t rootStart = root.offset_debug() - 1;
   const bool utf8 = bytes.size() < 2 || !(bytes[0] == 0xFE || bytes[0] == 0xFF || bytes[0] == 0 || bytes[1] == 0);
-  if (utf8 && rootStart >= 0 && std::size_t(rootStart) < bytes.size() && bytes[std::size_t(rootStart)] == '<')
-    tree->prolog = std::string(text.substr(0, std::size_t(rootStart)));
+  const bool rootFound =
+      utf8 && rootStart >= 0 && std::size_t(rootStart) < bytes.size() && bytes[std::size_t(rootStart)] == '<';
+  if (rootFound) tree->prolog = std::string(text.substr(0, std::size_t(rootStart)));
+
+  // A style sheet may size the root, so only the whole text tells then.
+  std::optional<Size> canvas;
+  std::optional<SVGRenderer> renderer;
+  if (rootFound && !hasStyleSheet) {
+    const std::string probe = rootElementAlone(text, std::size_t(rootStart), root.name());
+    const auto bytesOf = [](const std::string& t) { return std::span(reinterpret_cast<const std::uint8_t*>(t.data()), t.size()); };
+    if (auto sizing = SVGRenderer::create(bytesOf(probe))) canvas = sizing->intrinsicSize();
+  }
+  if (!canvas) {
+    renderer = SVGRenderer::create(bytes);
+    if (!renderer) return nullptr;
+    canvas = renderer->intrinsicSize();
+  }
+  if (!canvas || !isAcceptableCanvas(*canvas)) return nullptr;
+
   std::size_t end = text.size();
   while (end > 0 && (text[end - 1] == ' ' || text[end - 1] == '\n' || text[end - 1] == '\r' || text[end - 1] == '\t')) --end;
   if (utf8) tree->trailing = std::string(text.substr(end));
@@ -131,7 +202,10 @@ std::shared_ptr<SVGDocument> SVGDocument::createFromData(std::span<const std::ui
   auto impl = std::make_unique<Impl>();
   impl->tree = std::move(tree);
   impl->canvas = *canvas;
-  impl->renderer = std::move(renderer);
+  if (renderer) {
+    impl->renderer = std::move(renderer);
+    impl->rendererGeneration = impl->tree->generation;
+  }
   return std::shared_ptr<SVGDocument>(new SVGDocument(std::move(impl)));
 }
 
@@ -149,34 +223,19 @@ SVGNode SVGDocument::createNode(std::string_view name) {
   return SVGNode(impl_->tree, holder.append_child(std::string(name).c_str()).internal_object());
 }
 
-std::vector<std::uint8_t> SVGDocument::writeToData() const {
-  std::vector<std::uint8_t> out;
-  VectorWriter writer(out);
-  const SVGTree& tree = *impl_->tree;
-  pugi::xml_node child = tree.document->first_child();
-  if (tree.prolog) {
-    writer.write(tree.prolog->data(), tree.prolog->size());
-    while (child && child.internal_object() != tree.rootElement()) child = child.next_sibling();
-  }
-  for (; child; child = child.next_sibling()) {
-    if (child.internal_object() == tree.holder) continue;
-    child.print(writer, "", kWriteOptions, pugi::encoding_utf8);
-  }
-  writer.write(tree.trailing.data(), tree.trailing.size());
-  return out;
-}
+std::vector<std::uint8_t> SVGDocument::writeToData() const { return treeText(*impl_->tree); }
+
+bool SVGDocument::isDrawable() const { return impl_->currentRenderer() != nullptr; }
+
 
 void SVGDocument::draw(BitmapContext& context) const {
   const Impl& impl = *impl_;
-  if (impl.rendererGeneration != impl.tree->generation) {
-    impl.renderer = SVGRenderer::create(writeToData());
-    impl.rendererGeneration = impl.tree->generation;
-  }
-  if (!impl.renderer || context.isGray()) return;
+  const SVGRenderer* current = impl.currentRenderer();
+  if (!current || context.isGray()) return;
   const ColorSpace source = rasterSpace(impl.tree->colorSpace);
   const ColorSpace target = context.colorSpace();
   const Size canvas = impl.canvas;
-  const SVGRenderer& renderer = *impl.renderer;
+  const SVGRenderer& renderer = *current;
   context.drawWithCairo([&](cairo_t* cr) {
     // User space is y-up with the canvas's bottom edge on y = 0; librsvg draws y-down.
     cairo_translate(cr, 0, canvas.height);

@@ -20,8 +20,8 @@ namespace iconwright {
 
 class SVGDocument {
  public:
-  /// Parses `bytes`. Absent when they are not a well-formed SVG document (an `svg` root
-  /// element that librsvg accepts as well), or when the canvas can't be sized: `width` and
+  /// Parses `bytes`. Absent when they are not a well-formed SVG document with an `svg` root
+  /// element, or when the canvas can't be sized: `width` and
   /// `height` in CSS pixels (absolute units at 96 per inch); where either is a percentage or
   /// missing, the view box gives the size or the aspect ratio; neither → no document. A
   /// canvas side that isn't positive, or a canvas over Image's size limits, is no document.
@@ -47,11 +47,15 @@ class SVGDocument {
   /// The tree as SVG text: what was parsed, with the edits made since.
   [[nodiscard]] std::vector<std::uint8_t> writeToData() const;
 
+  /// Whether librsvg accepts the current text, so that draw() draws it. Checked on first use
+  /// and after edits, since parsing for librsvg costs more than every question of the tree.
+  [[nodiscard]] bool isDrawable() const;
+
   /// Draws the document into `context` with the canvas's top left at the top left of the
   /// rect (0, 0, canvas width, canvas height) of the context's current user space, upright,
   /// one canvas unit per user unit (as drawing an image into that rect would). The colours are
   /// converted from the document's colour space into the context's. A gray context draws
-  /// nothing. Draws nothing when the current text no longer parses.
+  /// nothing, and so does a document that is not drawable.
   void draw(BitmapContext& context) const;
 
  private:

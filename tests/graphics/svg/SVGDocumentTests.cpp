@@ -73,16 +73,41 @@ TEST(SVGDocument, SizesTheCanvasAsLibrsvgDoes) {
       {"absurd", R"(width="1e300" height="1e300")", std::nullopt},
       {"largest side allowed", R"(width="16384" height="16384")", Size{16384, 16384}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.label);
-    const auto document = parse(svg(c.attributes));
-    if (!c.size) {
-      EXPECT_EQ(document, nullptr);
-      continue;
+  // Sized from the root element alone, and from the whole text where a style sheet could
+  // size it: the same answers.
+  for (const std::string body : {"<rect width='1' height='1'/>", "<style>rect { fill: red }</style>"}) {
+    for (const Case& c : cases) {
+      SCOPED_TRACE(c.label + (" with " + body));
+      const auto document = parse(svg(c.attributes, body));
+      if (!c.size) {
+        EXPECT_EQ(document, nullptr);
+        continue;
+      }
+      ASSERT_NE(document, nullptr);
+      EXPECT_EQ(document->canvasSize(), *c.size);
     }
-    ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->canvasSize(), *c.size);
   }
+  // The prolog's entities reach the root's attributes.
+  const auto entities = parse(R"(<!DOCTYPE svg [<!ENTITY w "40">]>)" + svg(R"(width="&w;" height="10")"));
+  ASSERT_NE(entities, nullptr);
+  EXPECT_EQ(entities->canvasSize(), (Size{40, 10}));
+}
+
+TEST(SVGDocument, DrawsOnlyWhatLibrsvgAccepts) {
+  // An attribute given twice is not XML to librsvg; the tree reads it, so the document is
+  // there to be asked about its shapes, but it has nothing to draw.
+  const auto document = parse(svg(R"(width="4" height="4")", R"(<rect width="4" height="4" height="2"/>)"));
+  ASSERT_NE(document, nullptr);
+  EXPECT_EQ(document->canvasSize(), (Size{4, 4}));
+  EXPECT_FALSE(document->isDrawable());
+  auto context = BitmapContext::create(4, 4);
+  ASSERT_TRUE(context.has_value());
+  document->draw(*context);
+  EXPECT_EQ(pixel(context->makeImage(), 2, 2), (std::array<int, 4>{0, 0, 0, 0}));
+
+  const auto accepted = parse(svg(R"(width="4" height="4")", R"(<rect width="4" height="4"/>)"));
+  ASSERT_NE(accepted, nullptr);
+  EXPECT_TRUE(accepted->isDrawable());
 }
 
 TEST(SVGDocument, RefusesWhatIsNoSVGDocument) {
