@@ -227,7 +227,6 @@ std::vector<std::uint8_t> SVGDocument::writeToData() const { return treeText(*im
 
 bool SVGDocument::isDrawable() const { return impl_->currentRenderer() != nullptr; }
 
-
 void SVGDocument::draw(BitmapContext& context) const {
   const Impl& impl = *impl_;
   const SVGRenderer* current = impl.currentRenderer();
