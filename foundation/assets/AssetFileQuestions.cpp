@@ -185,7 +185,8 @@ std::optional<PasteboardItem> AssetFile::writablePasteboardItem(const Resolution
   const auto [variant, key] = resolve(context);
   const std::span<const std::uint8_t> bytes = variant.data().span();
   std::optional<FileType> type;
-  if (key.isAssumedSVG() && makeSVGDocument(bytes, key.assumedSVGColorSpace)) {
+  const auto document = key.isAssumedSVG() ? makeSVGDocument(bytes, key.assumedSVGColorSpace) : nullptr;
+  if (document && document->isDrawable()) {
     type = FileType::svg();
   } else if (const auto format = sniffImageFormat(bytes); format && decodeImage(bytes)) {
     type = bitmapFileType(*format, bytes);

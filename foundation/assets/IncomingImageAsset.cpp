@@ -244,7 +244,8 @@ std::vector<IncomingImageAsset> IncomingImageAsset::extractAssetsFromPasteboardI
   const auto text = item.stringForType(Pasteboard::stringType);
   if (!text) return {};
   const AssetData bytes = AssetData::fromText(*text);
-  if (!makeSVGDocument(bytes.span(), std::nullopt)) return {};
+  const auto document = makeSVGDocument(bytes.span(), std::nullopt);
+  if (!document || !document->isDrawable()) return {};
   return {IncomingImageAsset(bytes, "SVG Image.svg")};
 }
 

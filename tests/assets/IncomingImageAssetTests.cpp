@@ -143,6 +143,7 @@ TEST(IncomingImageAsset, PasteboardItems) {
       {"a directly supported type keeps its bytes", itemWith({{"public.png", png}}), {"Image.png"}},
       {"an importable type is converted", itemWith({{"public.tiff", tiffBytes()}}), {"Image.png"}},
       {"SVG text without a view box parses", itemWith({{"public.utf8-plain-text", AssetData::fromText("<svg xmlns='http://www.w3.org/2000/svg' width='3' height='3'/>").bytes()}}), {"SVG Image.svg"}},
+      {"SVG text librsvg refuses is nothing", itemWith({{"public.utf8-plain-text", AssetData::fromText("<svg xmlns='http://www.w3.org/2000/svg' width='3' height='3'><rect x='1' x='2'/></svg>").bytes()}}), {}},
       {"other text is nothing", itemWith({{"public.utf8-plain-text", AssetData::fromText("hello").bytes()}}), {}},
       {"a URL that isn't a file URL is nothing", itemWith({{"public.file-url", AssetData::fromText("https://example.com/a.png").bytes()}}), {}},
   };
