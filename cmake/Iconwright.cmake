@@ -45,5 +45,5 @@ function(iconwright_test folder)
   add_executable(${target} ${sources})
   target_link_libraries(${target} PRIVATE iw_test_support ${ARG_LIBS} GTest::gmock GTest::gtest_main)
   gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60
-    PROPERTIES ENVIRONMENT "ICONWRIGHT_SHARED_DIR=${PROJECT_SOURCE_DIR}/../shared")
+    PROPERTIES ENVIRONMENT "ICONWRIGHT_SHARED_DIR=${ICONWRIGHT_SHARED_DIR}")
 endfunction()
