@@ -119,9 +119,13 @@ void loadManifestInFreshProcess(benchmark::State& state) {
   const std::string command = "'" + self + "' --load-once '" + package + "'";
   for (auto _ : state) {
     FILE* child = popen(command.c_str(), "r");
+    if (child == nullptr) {
+      state.SkipWithError("the loading process could not start");
+      break;
+    }
     double seconds = -1;
-    if (child == nullptr || std::fscanf(child, "%lf", &seconds) != 1) seconds = -1;
-    if (child == nullptr || pclose(child) != 0 || seconds < 0) {
+    const bool read = std::fscanf(child, "%lf", &seconds) == 1;
+    if (pclose(child) != 0 || !read || seconds < 0) {
       state.SkipWithError("the loading process failed");
       break;
     }

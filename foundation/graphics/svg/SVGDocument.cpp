@@ -184,8 +184,8 @@ std::shared_ptr<SVGDocument> SVGDocument::createFromData(std::span<const std::ui
   std::optional<SVGRenderer> renderer;
   if (rootFound && !hasStyleSheet) {
     const std::string probe = rootElementAlone(text, std::size_t(rootStart), root.name());
-    const auto bytesOf = [](const std::string& t) { return std::span(reinterpret_cast<const std::uint8_t*>(t.data()), t.size()); };
-    if (auto sizing = SVGRenderer::create(bytesOf(probe))) canvas = sizing->intrinsicSize();
+    if (auto sizing = SVGRenderer::create({reinterpret_cast<const std::uint8_t*>(probe.data()), probe.size()}))
+      canvas = sizing->intrinsicSize();
   }
   if (!canvas) {
     renderer = SVGRenderer::create(bytes);
