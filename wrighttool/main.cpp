@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/support/ProcessHeap.hpp"
 #include "foundation/support/TerminalText.hpp"
 #include "foundation/tool/ToolCommandRegistry.hpp"
 
@@ -63,6 +64,8 @@ int run(std::vector<std::string> arguments) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Room for decoded bitmaps, rasters and large manifests, in huge pages.
+  iconwright::prepareHeapForLargeWork(std::size_t{256} << 20);
   try {
     return run(std::vector<std::string>(argv, argv + argc));
   } catch (const std::bad_alloc&) {
