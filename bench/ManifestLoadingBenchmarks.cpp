@@ -3,7 +3,7 @@
 // one group with n layers; the ratio of 100,000 to 10,000 layers should stay within 10 (linear
 // is 10, quadratic would be 100). The in-process benchmarks load the same package again and
 // again, so the smaller one runs from warm caches and a warm heap; the fresh-process one loads
-// each time in a new process, as wrighttool does.
+// each time in a new process, as wrighttool does; the wrighttool one runs the program itself.
 #include <benchmark/benchmark.h>
 
 #include <time.h>
@@ -19,6 +19,7 @@
 #include "foundation/document/IconComposition.hpp"
 #include "foundation/format/FileWrapper.hpp"
 #include "foundation/format/IconCompositionSnapshot.hpp"
+#include "bench/PeerProcess.hpp"
 
 namespace {
 
@@ -134,6 +135,18 @@ void loadManifestInFreshProcess(benchmark::State& state) {
   state.counters["layers"] = double(state.range(0));
 }
 BENCHMARK(loadManifestInFreshProcess)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseManualTime();
+
+#ifdef WRIGHTTOOL_PATH
+// The whole of `wrighttool DOC --languages`, which opens the document and prints its
+// languages: what someone opening a large document with the program waits for, its start
+// and heap set-up included.
+void wrighttoolOpeningDocument(benchmark::State& state) {
+  const std::string package = packageOnDisk(static_cast<std::size_t>(state.range(0))).string();
+  iconwright::bench::timeProgram(state, {WRIGHTTOOL_PATH, package, "--languages"});
+  state.counters["layers"] = double(state.range(0));
+}
+BENCHMARK(wrighttoolOpeningDocument)->Arg(10'000)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseManualTime();
+#endif
 
 }  // namespace
 
