@@ -45,15 +45,21 @@ FileType bitmapFileType(ImageFormat format, std::span<const std::uint8_t> bytes)
   return FileType::heif();
 }
 
+enum class SVGRendering { colors, coverageOnly };
+
 /// The document drawn at its canvas size, truncated to whole pixels; absent when librsvg does
-/// not accept it.
-std::optional<iconwright::Image> renderedSVG(const SVGDocument& document) {
+/// not accept it. For coverageOnly, the colours stay unconverted and only alpha is to be read.
+std::optional<iconwright::Image> renderedSVG(const SVGDocument& document, SVGRendering rendering) {
   if (!document.isDrawable()) return std::nullopt;
   const Size canvas = document.canvasSize();
   auto context = BitmapContext::create(canvas.width, canvas.height);
   if (!context) return std::nullopt;
   context->scaleBy(1, 1);
-  document.draw(*context);
+  if (rendering == SVGRendering::coverageOnly) {
+    document.drawCoverage(*context);
+  } else {
+    document.draw(*context);
+  }
   return context->makeImage();
 }
 
@@ -92,7 +98,7 @@ std::optional<AssetFile::Image> AssetFile::Variant::image(const Context& context
 }
 
 std::optional<iconwright::Image> AssetFile::Variant::renderImage(const Context& context) {
-  if (const auto document = svgDocument(context)) return renderedSVG(*document);
+  if (const auto document = svgDocument(context)) return renderedSVG(*document, SVGRendering::colors);
   return bitmap(context);
 }
 
@@ -101,10 +107,12 @@ std::optional<iconwright::Image> AssetFile::Variant::cgImage(const Context& cont
 }
 
 std::shared_ptr<const HitMask> AssetFile::Variant::hitMask(const Context& context) {
-  // The SVG is rendered afresh here: the raster cache is neither read nor filled.
+  // The SVG is rendered afresh here: the raster cache is neither read nor filled. Only the
+  // alpha is read, so its colours are left unconverted.
   const auto& answer =
       rememberedAnswer(cachedHitMasks_, context, [&]() -> std::optional<std::shared_ptr<const HitMask>> {
-        const auto image = renderImage(context);
+        const auto document = svgDocument(context);
+        const auto image = document ? renderedSVG(*document, SVGRendering::coverageOnly) : bitmap(context);
         if (!image) return std::nullopt;
         return std::make_shared<const HitMask>(opaqueGenericGrayGamma2_2HitMask(*image));
       });

@@ -4,11 +4,15 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <vector>
 
 #include "foundation/assets/AssetFile.hpp"
 #include "foundation/graphics/PNGEncoding.hpp"
 #include "tests/assets/AssetPictures.hpp"
+#include "tests/common/TestSupport.hpp"
 
 namespace iconwright {
 namespace {
@@ -329,6 +333,32 @@ TEST(AssetSVGQuestions, MirroredDocumentGivesTheMirrorImageMask) {
   EXPECT_NE(*evenPlain, *evenMirrored);
   for (int y = 0; y < 10; ++y)
     for (int x = 0; x < 30; ++x) ASSERT_EQ(evenMirrored->coverage(29 - x, y), evenPlain->coverage(x, y)) << x << "," << y;
+}
+
+TEST(AssetSVGQuestions, MasksOfCorpusDocumentsAreTheAlphaOfTheirImages) {
+  // The mask is drawn without colour conversion; its alpha must still be the image's.
+  ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
+  int count = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(shared / "corpus" / "packages")) {
+    if (entry.path().extension() != ".svg") continue;
+    SCOPED_TRACE(entry.path().string());
+    std::ifstream in(entry.path(), std::ios::binary);
+    const std::vector<std::uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};
+    // Untagged documents are sRGB, converted into Display P3 for the image.
+    const AssetFile file{AssetData(bytes)};
+    const auto image = file.cgImage(svgContext());
+    const auto mask = file.hitMask(svgContext());
+    ASSERT_TRUE(image && mask);
+    std::vector<std::uint8_t> alpha;
+    alpha.reserve(std::size_t(image->width()) * std::size_t(image->height()));
+    for (int y = 0; y < image->height(); ++y) {
+      for (int x = 0; x < image->width(); ++x) alpha.push_back(std::uint8_t(alphaAt(*image, x, y)));
+    }
+    EXPECT_EQ(mask->width(), image->width());
+    EXPECT_TRUE(mask->bytes() == alpha);
+    ++count;
+  }
+  EXPECT_GT(count, 0);
 }
 
 TEST(AssetSVGQuestions, TypeAndColourSpaceDecideTheDocument) {

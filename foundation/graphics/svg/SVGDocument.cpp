@@ -227,7 +227,11 @@ std::vector<std::uint8_t> SVGDocument::writeToData() const { return treeText(*im
 
 bool SVGDocument::isDrawable() const { return impl_->currentRenderer() != nullptr; }
 
-void SVGDocument::draw(BitmapContext& context) const {
+void SVGDocument::draw(BitmapContext& context) const { draw(context, true); }
+
+void SVGDocument::drawCoverage(BitmapContext& context) const { draw(context, false); }
+
+void SVGDocument::draw(BitmapContext& context, bool convertsColors) const {
   const Impl& impl = *impl_;
   const SVGRenderer* current = impl.currentRenderer();
   if (!current || context.isGray()) return;
@@ -242,7 +246,7 @@ void SVGDocument::draw(BitmapContext& context) const {
     renderer.render(cr, canvas);
     // drawWithCairo runs this in a group of its own, which holds the document's pixels alone:
     // they are converted there, before the group is composited.
-    if (source != target) convertSurface(cairo_get_group_target(cr), source, target);
+    if (convertsColors && source != target) convertSurface(cairo_get_group_target(cr), source, target);
   });
 }
 

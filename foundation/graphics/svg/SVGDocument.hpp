@@ -57,8 +57,12 @@ class SVGDocument {
   /// converted from the document's colour space into the context's. A gray context draws
   /// nothing, and so does a document that is not drawable.
   void draw(BitmapContext& context) const;
+  /// Draws as draw() does but leaves the colours in the document's own space, for callers that
+  /// read only coverage: conversion never changes alpha, so the alpha is draw()'s, made faster.
+  void drawCoverage(BitmapContext& context) const;
 
  private:
+  void draw(BitmapContext& context, bool convertsColors) const;
   struct Impl;
   explicit SVGDocument(std::unique_ptr<Impl> impl);
   std::unique_ptr<Impl> impl_;
