@@ -45,22 +45,31 @@ FileType bitmapFileType(ImageFormat format, std::span<const std::uint8_t> bytes)
   return FileType::heif();
 }
 
-enum class SVGRendering { colors, coverageOnly };
-
-/// The document drawn at its canvas size, truncated to whole pixels; absent when librsvg does
-/// not accept it. For coverageOnly, the colours stay unconverted and only alpha is to be read.
-std::optional<iconwright::Image> renderedSVG(const SVGDocument& document, SVGRendering rendering) {
+/// A bitmap context of the document's canvas size, truncated to whole pixels, for drawing it
+/// as an image is drawn; absent when librsvg does not accept the document.
+std::optional<BitmapContext> canvasContext(const SVGDocument& document) {
   if (!document.isDrawable()) return std::nullopt;
   const Size canvas = document.canvasSize();
   auto context = BitmapContext::create(canvas.width, canvas.height);
+  if (context) context->scaleBy(1, 1);
+  return context;
+}
+
+/// The document drawn at its canvas size.
+std::optional<iconwright::Image> renderedSVG(const SVGDocument& document) {
+  auto context = canvasContext(document);
   if (!context) return std::nullopt;
-  context->scaleBy(1, 1);
-  if (rendering == SVGRendering::coverageOnly) {
-    document.drawCoverage(*context);
-  } else {
-    document.draw(*context);
-  }
+  document.draw(*context);
   return context->makeImage();
+}
+
+/// The coverage of renderedSVG as a mask: drawn without converting colours, which never
+/// changes alpha, and without making the image.
+std::optional<HitMask> renderedSVGCoverage(const SVGDocument& document) {
+  auto context = canvasContext(document);
+  if (!context) return std::nullopt;
+  document.drawCoverage(*context);
+  return HitMask(context->alphaPlane(), context->width(), context->height());
 }
 
 }  // namespace
@@ -98,7 +107,7 @@ std::optional<AssetFile::Image> AssetFile::Variant::image(const Context& context
 }
 
 std::optional<iconwright::Image> AssetFile::Variant::renderImage(const Context& context) {
-  if (const auto document = svgDocument(context)) return renderedSVG(*document, SVGRendering::colors);
+  if (const auto document = svgDocument(context)) return renderedSVG(*document);
   return bitmap(context);
 }
 
@@ -107,12 +116,15 @@ std::optional<iconwright::Image> AssetFile::Variant::cgImage(const Context& cont
 }
 
 std::shared_ptr<const HitMask> AssetFile::Variant::hitMask(const Context& context) {
-  // The SVG is rendered afresh here: the raster cache is neither read nor filled. Only the
-  // alpha is read, so its colours are left unconverted.
+  // The SVG is rendered afresh here: the raster cache is neither read nor filled.
   const auto& answer =
       rememberedAnswer(cachedHitMasks_, context, [&]() -> std::optional<std::shared_ptr<const HitMask>> {
-        const auto document = svgDocument(context);
-        const auto image = document ? renderedSVG(*document, SVGRendering::coverageOnly) : bitmap(context);
+        if (const auto document = svgDocument(context)) {
+          auto mask = renderedSVGCoverage(*document);
+          if (!mask) return std::nullopt;
+          return std::make_shared<const HitMask>(std::move(*mask));
+        }
+        const auto image = bitmap(context);
         if (!image) return std::nullopt;
         return std::make_shared<const HitMask>(opaqueGenericGrayGamma2_2HitMask(*image));
       });

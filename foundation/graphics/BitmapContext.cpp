@@ -102,12 +102,15 @@ struct BitmapContext::Impl {
   std::uint8_t* external = nullptr;
   GState state;
   std::vector<GState> saved;
+  // True while nothing has been drawn into a raster that started transparent.
+  bool untouched = false;
 
   ~Impl() {
     if (cr) cairo_destroy(cr);
   }
 
   void afterDrawing() {
+    untouched = false;
     if (!external) return;
     cairo_surface_flush(surface.get());
     const std::uint8_t* data = cairo_image_surface_get_data(surface.get());
@@ -179,6 +182,7 @@ std::optional<BitmapContext> BitmapContext::create(double width, double height,
     return std::nullopt;
   auto impl = std::make_unique<Impl>();
   impl->surface = makeSurface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, w, h));
+  impl->untouched = true;  // cairo clears a raster it allocates
   return onSurface(std::move(impl), w, h, std::move(colorSpace));
 }
 
@@ -367,7 +371,7 @@ void BitmapContext::drawWithCairo(const std::function<void(cairo_t*)>& draw) {
   if (c.gray) return;
   // Onto a raster that holds nothing yet, at full alpha and without a mask, the group would be
   // composited unchanged: the drawing goes straight to the raster, which holds it alone.
-  if (c.state.alpha >= 1 && !c.state.mask && isTransparent(c.surface.get())) {
+  if (c.state.alpha >= 1 && !c.state.mask && (c.untouched || isTransparent(c.surface.get()))) {
     cairo_save(c.cr);
     draw(c.cr);
     cairo_restore(c.cr);
@@ -408,20 +412,40 @@ Image BitmapContext::makeImage() const {
   const std::uint8_t* data = cairo_image_surface_get_data(c.surface.get());
   const int stride = cairo_image_surface_get_stride(c.surface.get());
   const std::size_t rowBytes = std::size_t(c.width) * 4;
-  std::vector<std::uint8_t> pixels(rowBytes * std::size_t(c.height));
+  std::vector<std::uint8_t> pixels;
+  if (!c.gray) {
+    // Copied row by row into reserved room, never zero-filled first.
+    pixels.reserve(rowBytes * std::size_t(c.height));
+    for (int y = 0; y < c.height; ++y) {
+      const std::uint8_t* in = data + std::ptrdiff_t(y) * stride;
+      pixels.insert(pixels.end(), in, in + rowBytes);
+    }
+    return *Image::create(c.width, c.height, std::move(pixels), c.space);
+  }
+  pixels.resize(rowBytes * std::size_t(c.height));
   for (int y = 0; y < c.height; ++y) {
     const std::uint8_t* in = data + std::ptrdiff_t(y) * stride;
     std::uint8_t* out = pixels.data() + std::size_t(y) * rowBytes;
-    if (!c.gray) {
-      std::memcpy(out, in, rowBytes);
-      continue;
-    }
     for (int x = 0; x < c.width; ++x) {
       out[4 * x] = out[4 * x + 1] = out[4 * x + 2] = in[x];
       out[4 * x + 3] = 255;
     }
   }
   return *Image::create(c.width, c.height, std::move(pixels), c.space);
+}
+
+std::vector<std::uint8_t> BitmapContext::alphaPlane() const {
+  const Impl& c = *impl_;
+  const std::size_t width = std::size_t(c.width);
+  if (c.gray) return std::vector<std::uint8_t>(width * std::size_t(c.height), 255);
+  cairo_surface_flush(c.surface.get());
+  const std::uint8_t* data = cairo_image_surface_get_data(c.surface.get());
+  const int stride = cairo_image_surface_get_stride(c.surface.get());
+  std::vector<std::uint8_t> alpha(width * std::size_t(c.height));
+  for (int y = 0; y < c.height; ++y) {
+    copyAlphaOfPixels(data + std::ptrdiff_t(y) * stride, width, alpha.data() + std::size_t(y) * width);
+  }
+  return alpha;
 }
 
 }  // namespace iconwright

@@ -19,6 +19,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "foundation/graphics/ColorSpace.hpp"
 #include "foundation/graphics/Geometry.hpp"
@@ -108,6 +109,9 @@ class BitmapContext {
   /// A snapshot of the raster tagged with the context's colour space. A gray context gives
   /// opaque pixels with equal blue, green and red.
   [[nodiscard]] Image makeImage() const;
+  /// The alpha of every pixel of the raster, row by row from the top: what makeImage() would
+  /// hold as alpha, without copying the colours. 255 everywhere for a gray context.
+  [[nodiscard]] std::vector<std::uint8_t> alphaPlane() const;
 
  private:
   struct Impl;

@@ -245,6 +245,9 @@ TEST(BitmapContext, DrawWithCairoIsAGroupOverWhatIsThere) {
   for (int y = 0; y < 2; ++y) {
     for (int x = 0; x < 2; ++x) expectNear(pixelAt(image, x, y), {128, 0, 0, 128}, 1);
   }
+  // Once drawn into, the raster is covered: the next drawing is a group laid over it.
+  empty->drawWithCairo(paintHalfBlue);
+  expectNear(pixelAt(empty->makeImage(), 1, 1), {191, 0, 0, 191}, 1);
 }
 
 TEST(BitmapContext, DrawWithCairoHonoursTransformAlphaAndMask) {
