@@ -15,6 +15,7 @@
 #include <stdexcept>
 
 #include "bench/PeerProcess.hpp"
+#include "bench/SharedCorpus.hpp"
 #include "foundation/assets/AssetFile.hpp"
 
 namespace iconwright::bench {
@@ -31,14 +32,6 @@ struct Fixture {
   fs::path pbm;        // the PNG's mask for potrace: covered pixels black
   fs::path scratch;    // where the peers write
 };
-
-/// ICONWRIGHT_SHARED_DIR, else the shared folder beside the repository, else the one above it.
-fs::path sharedDirectory() {
-  if (const char* variable = std::getenv("ICONWRIGHT_SHARED_DIR")) return variable;
-  const fs::path beside = fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / "shared";
-  if (fs::exists(beside)) return beside;
-  return fs::path(ICONWRIGHT_SOURCE_DIR) / ".." / ".." / "shared";
-}
 
 AssetData readBytes(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);

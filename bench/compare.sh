@@ -66,5 +66,6 @@ show("PNG 64-pt thumbnail / vipsthumbnail process", "pngThumbnail64", "peerVipst
 show("PNG 64-pt thumbnail / vipsthumbnail minus start", "pngThumbnail64", "peerVipsthumbnail", "floorProcessStart")
 show("PNG stroke highlight / potrace process", "pngStrokeHighlight", "peerPotraceOnMask")
 show("PNG stroke highlight / potrace minus start", "pngStrokeHighlight", "peerPotraceOnMask", "floorProcessStart")
-show("--inspect / --upgrade, 40 layers (process)", "inspectCommand", "upgradeCommand")
+show("--inspect / --upgrade, 40 bitmap layers (process)", "inspectCommand", "upgradeCommand")
+show("--inspect / --upgrade, 40 corpus vector layers (process)", "inspectVectorsCommand", "upgradeVectorsCommand")
 PYTHON
