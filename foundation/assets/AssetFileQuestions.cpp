@@ -69,7 +69,7 @@ std::optional<HitMask> renderedSVGCoverage(const SVGDocument& document) {
   auto context = canvasContext(document);
   if (!context) return std::nullopt;
   document.drawCoverage(*context);
-  return HitMask(context->alphaPlane(), context->width(), context->height());
+  return HitMask::fromPixels(context->pixelRows(), context->bytesPerRow(), context->width(), context->height());
 }
 
 }  // namespace

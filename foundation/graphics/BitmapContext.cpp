@@ -434,18 +434,15 @@ Image BitmapContext::makeImage() const {
   return *Image::create(c.width, c.height, std::move(pixels), c.space);
 }
 
-std::vector<std::uint8_t> BitmapContext::alphaPlane() const {
+const std::uint8_t* BitmapContext::pixelRows() const {
   const Impl& c = *impl_;
-  const std::size_t width = std::size_t(c.width);
-  if (c.gray) return std::vector<std::uint8_t>(width * std::size_t(c.height), 255);
+  if (c.gray) return nullptr;
   cairo_surface_flush(c.surface.get());
-  const std::uint8_t* data = cairo_image_surface_get_data(c.surface.get());
-  const int stride = cairo_image_surface_get_stride(c.surface.get());
-  std::vector<std::uint8_t> alpha(width * std::size_t(c.height));
-  for (int y = 0; y < c.height; ++y) {
-    copyAlphaOfPixels(data + std::ptrdiff_t(y) * stride, width, alpha.data() + std::size_t(y) * width);
-  }
-  return alpha;
+  return cairo_image_surface_get_data(c.surface.get());
+}
+
+std::size_t BitmapContext::bytesPerRow() const {
+  return std::size_t(cairo_image_surface_get_stride(impl_->surface.get()));
 }
 
 }  // namespace iconwright

@@ -14,12 +14,12 @@
 // destination multiplied by the source alpha inside the shape and leaves the rest alone.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <span>
-#include <vector>
 
 #include "foundation/graphics/ColorSpace.hpp"
 #include "foundation/graphics/Geometry.hpp"
@@ -109,9 +109,10 @@ class BitmapContext {
   /// A snapshot of the raster tagged with the context's colour space. A gray context gives
   /// opaque pixels with equal blue, green and red.
   [[nodiscard]] Image makeImage() const;
-  /// The alpha of every pixel of the raster, row by row from the top: what makeImage() would
-  /// hold as alpha, without copying the colours. 255 everywhere for a gray context.
-  [[nodiscard]] std::vector<std::uint8_t> alphaPlane() const;
+  /// The raster's premultiplied BGRA pixels as makeImage() would copy them, rows
+  /// `bytesPerRow()` apart from the top, to read until the next drawing; null for a gray context.
+  [[nodiscard]] const std::uint8_t* pixelRows() const;
+  [[nodiscard]] std::size_t bytesPerRow() const;
 
  private:
   struct Impl;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -95,6 +97,43 @@ void runNeighbourPass(std::vector<std::uint8_t>& bytes, int width, int height, P
   }
 }
 
+constexpr std::uint64_t alphaBytes = 0xFF000000FF000000u;  // of two little-endian BGRA pixels
+
+/// Whether any of the 16 BGRA pixels at `pixels` has a non-zero alpha: eight words ORed, which
+/// the compiler turns into vector loads.
+bool blockHasAlpha(const std::uint8_t* pixels) {
+  std::uint64_t words[8];
+  std::memcpy(words, pixels, sizeof words);
+  std::uint64_t any = 0;
+  for (const std::uint64_t word : words) any |= word;
+  return (any & alphaBytes) != 0;
+}
+
+/// The first of the BGRA pixels [from, to) with a non-zero alpha, or `to`.
+std::size_t firstAlphaPixel(const std::uint8_t* pixels, std::size_t from, std::size_t to) {
+  std::size_t x = from;
+  if constexpr (std::endian::native == std::endian::little) {
+    while (x + 16 <= to && !blockHasAlpha(pixels + 4 * x)) x += 16;
+  }
+  for (; x < to; ++x) {
+    if (pixels[4 * x + 3] != 0) return x;
+  }
+  return to;
+}
+
+/// The last of the BGRA pixels [from, to) with a non-zero alpha, or `from` when there is none
+/// (so that a running maximum started at `from` stays).
+std::size_t lastAlphaPixel(const std::uint8_t* pixels, std::size_t from, std::size_t to) {
+  std::size_t x = to;
+  if constexpr (std::endian::native == std::endian::little) {
+    while (x >= from + 16 && !blockHasAlpha(pixels + 4 * (x - 16))) x -= 16;
+  }
+  for (; x > from; --x) {
+    if (pixels[4 * (x - 1) + 3] != 0) return x - 1;
+  }
+  return from;
+}
+
 }  // namespace
 
 std::uint8_t coverageByte(double coverage) {
@@ -104,12 +143,12 @@ std::uint8_t coverageByte(double coverage) {
 }
 
 HitMask::HitMask(std::vector<std::uint8_t> bytes, int width, int height)
-    : bytes_(std::move(bytes)), width_(width), height_(height) {
+    : bytes_(std::move(bytes)), width_(width), height_(height), window_{0, 0, width, height} {
   if (bytes_.size() != checkedPixelCount(width, height)) ICONWRIGHT_FATAL(source, "");
 }
 
 HitMask::HitMask(int width, int height)
-    : bytes_(checkedPixelCount(width, height), 0), width_(width), height_(height) {}
+    : bytes_(checkedPixelCount(width, height), 0), width_(width), height_(height), window_{0, 0, width, height} {}
 
 HitMask HitMask::fromImage(const Image& image) {
   HitMask mask(image.width(), image.height());
@@ -117,10 +156,65 @@ HitMask HitMask::fromImage(const Image& image) {
   return mask;
 }
 
+HitMask HitMask::fromPixels(const std::uint8_t* pixels, std::size_t bytesPerRow, int width, int height) {
+  checkedPixelCount(width, height);
+  HitMask mask(std::vector<std::uint8_t>(), 0, 0);
+  mask.width_ = width;
+  mask.height_ = height;
+  mask.windowIsTight_ = true;
+  const auto row = [&](int y) { return pixels + std::size_t(y) * bytesPerRow; };
+  const std::size_t count = std::size_t(width);
+  int top = 0;
+  while (top < height && firstAlphaPixel(row(top), 0, count) == count) ++top;
+  if (top == height) return mask;  // nothing covered: an empty window
+  int bottom = height - 1;
+  while (firstAlphaPixel(row(bottom), 0, count) == count) --bottom;
+  // Only the columns outside the box found so far can widen it.
+  std::size_t left = count, right = 0;
+  for (int y = top; y <= bottom; ++y) {
+    left = firstAlphaPixel(row(y), 0, left);
+    right = lastAlphaPixel(row(y), right, count);
+  }
+  mask.window_ = {int(left), top, int(right - left + 1), bottom - top + 1};
+  const std::size_t windowWidth = right - left + 1;
+  mask.bytes_.resize(windowWidth * std::size_t(mask.window_.height));
+  for (int y = top; y <= bottom; ++y) {
+    copyAlphaOfPixels(row(y) + Image::bytesPerPixel * left, windowWidth,
+                      mask.bytes_.data() + std::size_t(y - top) * windowWidth);
+  }
+  return mask;
+}
+
 HitMask opaqueGenericGrayGamma2_2HitMask(const Image& image) { return HitMask::fromImage(image); }
 
+std::vector<std::uint8_t> HitMask::bytes() const {
+  if (window_.x == 0 && window_.y == 0 && window_.width == width_ && window_.height == height_) return bytes_;
+  std::vector<std::uint8_t> all(checkedPixelCount(width_, height_), 0);
+  const std::size_t windowWidth = std::size_t(window_.width);
+  for (int y = 0; y < window_.height; ++y) {
+    std::memcpy(all.data() + std::size_t(window_.y + y) * std::size_t(width_) + std::size_t(window_.x),
+                bytes_.data() + std::size_t(y) * windowWidth, windowWidth);
+  }
+  return all;
+}
+
+void HitMask::widenToWholeRaster() {
+  windowIsTight_ = false;
+  if (window_ == Window{0, 0, width_, height_}) return;
+  bytes_ = bytes();
+  window_ = {0, 0, width_, height_};
+}
+
+bool operator==(const HitMask& lhs, const HitMask& rhs) {
+  if (lhs.width_ != rhs.width_ || lhs.height_ != rhs.height_) return false;
+  if (lhs.window_ == rhs.window_) return lhs.bytes_ == rhs.bytes_;
+  return lhs.bytes() == rhs.bytes();
+}
+
 void HitMask::setCoverage(double coverage, int x, int y) {
-  if (inside(x, y)) bytes_[index(x, y)] = coverageByte(coverage);
+  if (x < 0 || y < 0 || x >= width_ || y >= height_) return;
+  widenToWholeRaster();
+  bytes_[index(x, y)] = coverageByte(coverage);
 }
 
 void HitMask::setCoverage(double coverage, const Rect& rect) {
@@ -128,15 +222,16 @@ void HitMask::setCoverage(double coverage, const Rect& rect) {
   const int x0 = clampedEdge(r.minX(), width_), x1 = clampedEdge(r.maxX(), width_);
   const int y0 = clampedEdge(r.minY(), height_), y1 = clampedEdge(r.maxY(), height_);
   if (y0 == y1 || x0 >= x1) return;
+  widenToWholeRaster();
   const std::uint8_t byte = coverageByte(coverage);
   for (int y = y0; y < y1; ++y) std::memset(&bytes_[index(x0, y)], byte, std::size_t(x1 - x0));
 }
 
 double HitMask::coverage(int x, int y) const {
-  return inside(x, y) ? bytes_[index(x, y)] / 255.0 : 0.0;
+  return inWindow(x, y) ? bytes_[index(x, y)] / 255.0 : 0.0;
 }
 
-bool HitMask::isCovered(int x, int y) const { return inside(x, y) && bytes_[index(x, y)] != 0; }
+bool HitMask::isCovered(int x, int y) const { return inWindow(x, y) && bytes_[index(x, y)] != 0; }
 
 bool HitMask::isCovered(double x, double y) const {
   // Written so that NaN fails the test.
@@ -144,10 +239,15 @@ bool HitMask::isCovered(double x, double y) const {
   return isCovered(static_cast<int>(x), static_cast<int>(y));
 }
 
+// The two neighbour passes run over the window alone: a pixel outside it is uncovered and has at
+// most one covered neighbour, so neither pass would change it, and it counts as uncovered for
+// the pixels inside as the raster's surroundings do.
 void HitMask::removeFjords() {
-  runNeighbourPass(bytes_, width_, height_, [this](auto& walk) {
-    walk.run([this, &walk](int x, int y) {
-      std::uint8_t& byte = bytes_[index(x, y)];
+  windowIsTight_ = false;
+  const std::size_t windowWidth = std::size_t(window_.width);
+  runNeighbourPass(bytes_, window_.width, window_.height, [&](auto& walk) {
+    walk.run([&](int x, int y) {
+      std::uint8_t& byte = bytes_[std::size_t(y) * windowWidth + std::size_t(x)];
       if (byte != 0 || walk.coveredNeighbours(x, y) < 3) return false;
       byte = 255;
       return true;
@@ -156,9 +256,11 @@ void HitMask::removeFjords() {
 }
 
 void HitMask::removePeninsulas() {
-  runNeighbourPass(bytes_, width_, height_, [this](auto& walk) {
-    walk.run([this, &walk](int x, int y) {
-      std::uint8_t& byte = bytes_[index(x, y)];
+  windowIsTight_ = false;
+  const std::size_t windowWidth = std::size_t(window_.width);
+  runNeighbourPass(bytes_, window_.width, window_.height, [&](auto& walk) {
+    walk.run([&](int x, int y) {
+      std::uint8_t& byte = bytes_[std::size_t(y) * windowWidth + std::size_t(x)];
       if (byte == 0 || walk.coveredNeighbours(x, y) > 1) return false;
       byte = 0;
       return true;
@@ -167,6 +269,8 @@ void HitMask::removePeninsulas() {
 }
 
 void HitMask::blur() {
+  // Coverage moves a pixel right and down, out of any smaller window.
+  widenToWholeRaster();
   if (bytes_.empty()) return;
   // The sum s of up to four bytes over 9 is never within 1/18 of a half, so rounding s / 9 in
   // integers gives the same byte as the division of coverages in doubles.
@@ -196,16 +300,21 @@ void HitMask::blur() {
 void HitMask::clearCoverage(double threshold) {
   const std::uint8_t limit = coverageByte(threshold);
   if (limit == 0) return;
+  windowIsTight_ = false;
   for (std::uint8_t& byte : bytes_) byte = byte < limit ? 0 : byte;
 }
 
 std::optional<Rect> HitMask::computeVisualBounds() const {
-  const std::size_t w = std::size_t(width_);
+  if (windowIsTight_) {
+    if (bytes_.empty()) return std::nullopt;
+    return Rect::makeXYWH(window_.x, window_.y, window_.width, window_.height);
+  }
+  const std::size_t w = std::size_t(window_.width);
   // Columns [minX, maxX] of the rows so far; only the columns outside can widen the box, and
   // the columns inside need just one non-zero byte to count the row.
   std::size_t minX = w, maxX = 0;
   int minY = -1, maxY = -1;
-  for (int y = 0; y < height_; ++y) {
+  for (int y = 0; y < window_.height; ++y) {
     const std::uint8_t* row = bytes_.data() + std::size_t(y) * w;
     const bool seen = minY >= 0;
     bool covered = false;
@@ -224,13 +333,14 @@ std::optional<Rect> HitMask::computeVisualBounds() const {
     maxY = y;
   }
   if (minY < 0) return std::nullopt;
-  return Rect::makeXYWH(double(minX), minY, double(maxX - minX + 1), maxY - minY + 1);
+  return Rect::makeXYWH(double(minX) + window_.x, minY + window_.y, double(maxX - minX + 1), maxY - minY + 1);
 }
 
 double HitMask::firstAlpha(double percentile, bool skipTranslucentPixels) const {
   std::array<std::size_t, 256> counts{};
   for (std::uint8_t byte : bytes_) ++counts[byte];
-  std::size_t total = bytes_.size();
+  std::size_t total = checkedPixelCount(width_, height_);
+  counts[0] += total - bytes_.size();  // outside the window
   std::size_t value = 0;
   if (skipTranslucentPixels) {
     total -= counts[0];
@@ -247,24 +357,27 @@ double HitMask::firstAlpha(double percentile, bool skipTranslucentPixels) const 
 
 std::optional<std::vector<std::uint8_t>> HitMask::eightBitPNG() const {
   // Black at each pixel's coverage: gray 0, alpha the byte.
-  std::vector<std::uint8_t> grayAlpha(bytes_.size() * 2, 0);
-  for (std::size_t i = 0; i < bytes_.size(); ++i) grayAlpha[2 * i + 1] = bytes_[i];
+  const std::vector<std::uint8_t> all = bytes();
+  std::vector<std::uint8_t> grayAlpha(all.size() * 2, 0);
+  for (std::size_t i = 0; i < all.size(); ++i) grayAlpha[2 * i + 1] = all[i];
   return encodeGrayAlphaPNG(grayAlpha, width_, height_);
 }
 
 std::optional<std::vector<std::uint8_t>> HitMask::oneBitPNG() const {
-  std::vector<std::uint8_t> grayAlpha(bytes_.size() * 2, 0);
-  for (std::size_t i = 0; i < bytes_.size(); ++i) grayAlpha[2 * i + 1] = bytes_[i] ? 255 : 0;
+  const std::vector<std::uint8_t> all = bytes();
+  std::vector<std::uint8_t> grayAlpha(all.size() * 2, 0);
+  for (std::size_t i = 0; i < all.size(); ++i) grayAlpha[2 * i + 1] = all[i] ? 255 : 0;
   return encodeGrayAlphaPNG(grayAlpha, width_, height_);
 }
 
 std::string HitMask::description() const {
+  const std::vector<std::uint8_t> all = bytes();
   std::string text;
-  text.reserve(bytes_.size() * 4 + std::size_t(height_));
+  text.reserve(all.size() * 4 + std::size_t(height_));
   const std::size_t w = std::size_t(width_);
   for (std::size_t y = 0; y < std::size_t(height_); ++y) {
     for (std::size_t x = 0; x < w; ++x) {
-      const unsigned byte = bytes_[y * w + x];
+      const unsigned byte = all[y * w + x];
       text += char('0' + byte / 100);
       text += char('0' + byte / 10 % 10);
       text += char('0' + byte % 10);

@@ -3,8 +3,14 @@
 // come from it, and outlines (Outline.hpp) and the quadtree of rectangle queries
 // (RectangleIntersector.hpp) are built on it. Coordinates are pixel indices, (0, 0) being the
 // first byte. A plain value: copies share nothing.
+//
+// Only a window of the raster is stored; every pixel outside it is 0. A mask made by fromPixels
+// keeps just the box of its covered pixels, so a small shape on a large canvas costs little
+// memory; the other ways keep the whole raster, and so does any mask once something widens it
+// (setting coverage, blurring).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,10 +41,15 @@ class HitMask {
 
   /// The mask of the image's size whose bytes are the image's alpha: the coverage that filling
   /// white through the image as a clip mask over black leaves in an 8-bit gray raster. Colours
-  /// don't matter.
+  /// don't matter. The whole raster is stored.
   [[nodiscard]] static HitMask fromImage(const Image& image);
+  /// The same for premultiplied BGRA pixels in rows `bytesPerRow` apart, storing only the box
+  /// of the covered pixels (found first, so the pixels are read one and a bit times).
+  /// Requires: width, height ≥ 0 and bytesPerRow ≥ 4 × width.
+  [[nodiscard]] static HitMask fromPixels(const std::uint8_t* pixels, std::size_t bytesPerRow, int width, int height);
 
-  [[nodiscard]] const std::vector<std::uint8_t>& bytes() const { return bytes_; }
+  /// Every byte of the raster, row by row.
+  [[nodiscard]] std::vector<std::uint8_t> bytes() const;
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
   [[nodiscard]] Size size() const { return {double(width_), double(height_)}; }
@@ -98,19 +109,32 @@ class HitMask {
   /// Requires: minimumSliceSize ≥ 1 (fatal otherwise).
   [[nodiscard]] RectangleIntersector rectangleIntersector(int minimumSliceSize) const;
 
-  friend bool operator==(const HitMask&, const HitMask&) = default;
+  /// Equal sizes and equal bytes, however each is stored.
+  friend bool operator==(const HitMask& lhs, const HitMask& rhs);
 
  private:
-  [[nodiscard]] bool inside(int x, int y) const {
-    return x >= 0 && y >= 0 && x < width_ && y < height_;
-  }
-  [[nodiscard]] std::size_t index(int x, int y) const {
-    return std::size_t(y) * std::size_t(width_) + std::size_t(x);
-  }
+  /// The stored part of the raster, in raster coordinates.
+  struct Window {
+    int x = 0, y = 0, width = 0, height = 0;
+    friend bool operator==(const Window&, const Window&) = default;
+  };
 
-  std::vector<std::uint8_t> bytes_;
+  [[nodiscard]] bool inWindow(int x, int y) const {
+    return x >= window_.x && y >= window_.y && x < window_.x + window_.width && y < window_.y + window_.height;
+  }
+  /// The stored byte of a pixel inside the window.
+  [[nodiscard]] std::size_t index(int x, int y) const {
+    return std::size_t(y - window_.y) * std::size_t(window_.width) + std::size_t(x - window_.x);
+  }
+  /// Stores the whole raster from now on.
+  void widenToWholeRaster();
+
+  std::vector<std::uint8_t> bytes_;  // the window's rows
   int width_ = 0;
   int height_ = 0;
+  Window window_;
+  // Whether the window is exactly the box of the covered pixels (empty when there are none).
+  bool windowIsTight_ = false;
 };
 
 /// The hit mask of an image's alpha (the same as HitMask::fromImage).

@@ -54,8 +54,9 @@ constexpr std::array<std::array<std::uint8_t, 16>, 4> turnTable = [] {
 /// for the pixel of which the point is the top-left corner.
 class Tracer {
  public:
-  explicit Tracer(const HitMask& mask)
-      : bytes_(mask.bytes().data()), width_(mask.width()), height_(mask.height()),
+  /// Over a raster of `width` × `height` bytes, whose points are reported moved by `offset`.
+  Tracer(const std::uint8_t* bytes, int width, int height, Point offset)
+      : bytes_(bytes), width_(width), height_(height), offset_(offset),
         visited_((std::size_t(width_) * std::size_t(height_) + 63) / 64, 0) {}
 
   /// Calls start(x, y) for each covered pixel with an uncovered pixel above and not yet
@@ -102,7 +103,7 @@ class Tracer {
     std::ptrdiff_t index = std::ptrdiff_t(y) * width + x;  // of the pixel south-east of the point
     std::uint8_t heading = maxX;
     do {
-      points.push_back({double(px), double(py)});
+      points.push_back({double(px) + offset_.x, double(py) + offset_.y});
       unsigned state;
       if (px > 0 && py > 0 && px < width_ && py < height_) {
         const std::uint8_t* cell = bytes_ + index;
@@ -135,6 +136,7 @@ class Tracer {
 
   const std::uint8_t* bytes_;
   int width_, height_;
+  Point offset_;
   std::vector<std::uint64_t> visited_;
 };
 
@@ -143,7 +145,9 @@ class Tracer {
 std::vector<HitMask::Outline> HitMask::outlinePaths() const {
   std::vector<Outline> outlines;
   if (bytes_.empty()) return outlines;
-  Tracer tracer(*this);
+  // Only the window can hold covered pixels; outside it, as outside the raster, none are. Scan
+  // order within the window is the raster's.
+  Tracer tracer(bytes_.data(), window_.width, window_.height, {double(window_.x), double(window_.y)});
   tracer.forEachStart([&](int x, int y) { outlines.emplace_back(tracer.walk(x, y)); });
   return outlines;
 }

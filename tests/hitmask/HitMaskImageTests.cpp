@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+#include <vector>
+
 #include "foundation/graphics/ImageDecoding.hpp"
 #include "foundation/graphics/PNGEncoding.hpp"
 #include "foundation/hitmask/HitMask.hpp"
@@ -62,6 +66,65 @@ TEST(HitMaskImage, PNGsKeepPixelPositionsTopRowFirst) {
 
   EXPECT_EQ(HitMask(0, 0).eightBitPNG(), std::nullopt);
   EXPECT_EQ(HitMask(0, 3).oneBitPNG(), std::nullopt);
+}
+
+
+// A mask made by fromPixels stores only the box of its covered pixels; it must answer every
+// question as the same bytes stored whole do, before and after each change.
+TEST(HitMaskImage, MasksFromPixelsAnswerAsTheWholeRasterDoes) {
+  std::mt19937 random(7);
+  const auto expectSame = [](const HitMask& window, const HitMask& whole) {
+    ASSERT_EQ(window, whole);
+    EXPECT_EQ(window.bytes(), whole.bytes());
+    EXPECT_EQ(window.computeVisualBounds(), whole.computeVisualBounds());
+    const auto outlines = window.outlinePaths(), expected = whole.outlinePaths();
+    ASSERT_EQ(outlines.size(), expected.size());
+    for (std::size_t i = 0; i < outlines.size(); ++i) EXPECT_EQ(outlines[i].points(), expected[i].points());
+    for (const double percentile : {0.1, 0.5, 0.9}) {
+      EXPECT_EQ(window.firstAlpha(percentile, false), whole.firstAlpha(percentile, false));
+      EXPECT_EQ(window.firstAlpha(percentile, true), whole.firstAlpha(percentile, true));
+    }
+    for (int y = -1; y <= whole.height(); ++y) {
+      for (int x = -1; x <= whole.width(); ++x) ASSERT_EQ(window.coverage(x, y), whole.coverage(x, y)) << x << "," << y;
+    }
+    EXPECT_EQ(window.eightBitPNG(), whole.eightBitPNG());
+    const auto windowTree = window.rectangleIntersector(4), wholeTree = whole.rectangleIntersector(4);
+    for (int i = 0; i < 50; ++i) {
+      const Rect rect = Rect::makeXYWH(i % 37 - 3, i % 23 - 2, 1 + i % 7, 1 + i % 5);
+      EXPECT_EQ(windowTree.anyPixelsIntersect(rect), wholeTree.anyPixelsIntersect(rect));
+    }
+  };
+  for (int round = 0; round < 40; ++round) {
+    SCOPED_TRACE(round);
+    // Blobs somewhere on a raster of up to 40 × 30, sometimes none at all, sometimes on an edge.
+    const int width = 1 + int(random() % 40), height = 1 + int(random() % 30);
+    std::vector<std::uint8_t> alpha(std::size_t(width) * std::size_t(height), 0);
+    const int blobs = int(random() % 4);
+    for (int b = 0; b < blobs; ++b) {
+      const int x0 = int(random() % unsigned(width)), y0 = int(random() % unsigned(height));
+      const int x1 = std::min(width, x0 + 1 + int(random() % 12)), y1 = std::min(height, y0 + 1 + int(random() % 9));
+      for (int y = y0; y < y1; ++y) {
+        for (int x = x0; x < x1; ++x) alpha[std::size_t(y) * std::size_t(width) + std::size_t(x)] = std::uint8_t(1 + random() % 255);
+      }
+    }
+    std::vector<std::uint8_t> pixels;
+    for (const std::uint8_t a : alpha) pixels.insert(pixels.end(), {std::uint8_t(a / 2), 0, a, a});
+    HitMask window = HitMask::fromPixels(pixels.data(), std::size_t(width) * 4, width, height);
+    HitMask whole(alpha, width, height);
+    expectSame(window, whole);
+    window.clearCoverage(0.2), whole.clearCoverage(0.2);
+    expectSame(window, whole);
+    window.removeFjords(), whole.removeFjords();
+    expectSame(window, whole);
+    window.removePeninsulas(), whole.removePeninsulas();
+    expectSame(window, whole);
+    HitMask blurred = window, wholeBlurred = whole;
+    blurred.blur(), wholeBlurred.blur();
+    expectSame(blurred, wholeBlurred);
+    window.setCoverage(1, Rect::makeXYWH(width - 2, height - 2, 5, 5));
+    whole.setCoverage(1, Rect::makeXYWH(width - 2, height - 2, 5, 5));
+    expectSame(window, whole);
+  }
 }
 
 }  // namespace
