@@ -29,7 +29,6 @@ class WrighttoolExportContactSheetCommand final : public ToolCommand {
   }
 
   void run() override {
-    keepFreedMemoryForReuse();
     const Arguments& args = arguments();
     const double size = args.optionalArgument("size") ? requiredPositiveNumber(args, "size") : defaultSize;
     if (size > largestSize) {

@@ -28,7 +28,6 @@ class WrighttoolExportImageCommand final : public ToolCommand {
   }
 
   void run() override {
-    keepFreedMemoryForReuse();
     const Arguments& args = arguments();
     const Platform platform = requiredPlatform(args, "platform");
     const Rendition rendition = requiredRendition(args, "rendition", true);

@@ -26,7 +26,6 @@ class WrighttoolExportRenditionsCommand final : public ToolCommand {
   }
 
   void run() override {
-    keepFreedMemoryForReuse();
     const Arguments& args = arguments();
     const double scale = args.optionalArgument("scale") ? requiredPositiveNumber(args, "scale") : 1.0;
     const ExportStyle style = readExportStyle(args);

@@ -1,9 +1,5 @@
 #include "kit/commands/ExportSupport.hpp"
 
-#include <malloc.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -71,27 +67,6 @@ void checkExportSize(int pixelWidth, int pixelHeight) {
                        " pixels cannot be exported; at most " + std::to_string(maximumExportPixelCount) +
                        " pixels can be");
   }
-}
-
-void keepFreedMemoryForReuse() {
-  // Blocks below 32 MiB come from the heap rather than from mappings of their own, and the
-  // heap is not trimmed below 1 GiB of free space.
-  mallopt(M_MMAP_THRESHOLD, 32 << 20);
-  mallopt(M_TRIM_THRESHOLD, 1 << 30);
-  // The heap is grown now by a block that is freed at once, and that span is advised for huge
-  // pages: the rasters then fault in 2 MiB at a time rather than 4 KiB, which on a virtual
-  // machine costs far less. Pages that are never touched cost nothing.
-  constexpr std::uintptr_t hugePage = 2 << 20;
-  constexpr std::size_t reserve = 30 << 20;  // below the mapping threshold, so from the heap
-  const auto before = reinterpret_cast<std::uintptr_t>(sbrk(0));
-  void* block = std::malloc(reserve);
-  const auto after = reinterpret_cast<std::uintptr_t>(sbrk(0));
-  const std::uintptr_t first = (before + hugePage - 1) & ~(hugePage - 1);
-  const std::uintptr_t last = after & ~(hugePage - 1);
-  if (block && before != std::uintptr_t(-1) && last > first) {
-    madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
-  }
-  std::free(block);
 }
 
 void writePNG(const ToolCommand& command, const FilePath& path, const Raster& raster, OutputColorSpace space) {

@@ -42,12 +42,6 @@ inline constexpr std::int64_t maximumExportPixelCount = std::int64_t(4096) * 409
 /// Throws MessageError when the image would hold more than maximumExportPixelCount pixels.
 void checkExportSize(int pixelWidth, int pixelHeight);
 
-/// An export allocates and frees rasters of the output size many times over. This keeps freed
-/// memory in the process for the next raster instead of returning it to the system, which
-/// would hand it back page by page, each page faulted in and zeroed again. Called once by each
-/// export command before it renders; it is the process's last job.
-void keepFreedMemoryForReuse();
-
 /// The raster as PNG, replacing what stands at `path` only once the bytes are complete;
 /// parent directories are created. Throws MessageError or FileSystemError.
 void writePNG(const ToolCommand& command, const FilePath& path, const Raster& raster, OutputColorSpace space);
