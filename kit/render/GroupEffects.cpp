@@ -14,16 +14,17 @@ namespace {
 
 using C = EffectConstants;
 
-// Lays premultiplied white (`light[i]`) and black (`shade[i]`) over `count` pixels; where both
-// are 0 the pixel stays as it is.
-void overWhiteAndBlack(std::uint8_t* pixels, const float* light, const float* shade, int count) {
+// Lays premultiplied white (`light[i]`) and black (`shade[i]`) over the first `count` of four
+// pixels; where both are 0 the pixel stays as it is.
+void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
+  const Float4 coverage = minimum(light + shade, splat(1));
+  const Float4 white = minimum(light, splat(1)) * 255 + 0.5f;
+  const Float4 alpha = coverage * 255 + 0.5f;
   for (int i = 0; i < count; ++i) {
     if (light[i] + shade[i] <= 0) continue;
     std::uint8_t* p = pixels + 4 * i;
-    const float coverage = std::min(light[i] + shade[i], 1.0f);
-    const float white = std::min(light[i], 1.0f) * 255 + 0.5f;
-    const Float4 added = {white, white, white, coverage * 255 + 0.5f};
-    storePixel(p, minimum(Float4{255, 255, 255, 255}, loadPixel(p) * (1 - coverage) + added));
+    const Float4 added = {white[i], white[i], white[i], alpha[i]};
+    storePixel(p, minimum(splat(255), loadPixel(p) * (1 - coverage[i]) + added));
   }
 }
 
@@ -171,15 +172,20 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
   const int firstX = std::max(soft.left + area.minX, box->minX);
   const int lastX = std::min(soft.left + soft.mask.width() - 1 + area.minX, box->maxX);
   if (firstX > lastX) return;
-  std::vector<float> highlight(std::size_t(lastX - firstX + 1), 0.0f), none(highlight.size(), 0.0f);
+  // Four pixels at a time, through rows padded with zeros.
+  const int count = lastX - firstX + 1;
+  const std::size_t padded = std::size_t(count + 3) / 4 * 4;
+  std::vector<float> covered(padded, 0.0f), blurredEdge(padded, 0.0f);
   for (int y = firstY; y <= lastY; ++y) {
-    const float* covered = coverage.row(y) + firstX;
-    const float* s = soft.mask.row(y - area.minY - soft.top) + (firstX - area.minX - soft.left);
-    for (std::size_t i = 0; i < highlight.size(); ++i) {
-      const float value = std::min(1.0f, s[i] * 1.5f) * covered[i] * peak;
-      highlight[i] = value >= 1.0f / 512 ? value : 0.0f;
+    std::copy_n(coverage.row(y) + firstX, count, covered.data());
+    std::copy_n(soft.mask.row(y - area.minY - soft.top) + (firstX - area.minX - soft.left), count, blurredEdge.data());
+    std::uint8_t* out = canvas.row(y) + 4 * firstX;
+    for (int i = 0; i < count; i += 4) {
+      const Float4 value = minimum(splat(1), loadFloats(blurredEdge.data() + i) * 1.5f) *
+                           loadFloats(covered.data() + i) * peak;
+      const Float4 highlight = value >= 1.0f / 512 ? value : splat(0);
+      overWhiteAndBlack(out + 4 * i, highlight, splat(0), std::min(4, count - i));
     }
-    overWhiteAndBlack(canvas.row(y) + 4 * firstX, highlight.data(), none.data(), int(highlight.size()));
   }
 }
 
@@ -226,7 +232,8 @@ std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, cons
   // The blurred coverage over the box and one pixel around it, 0 beyond the window, so that
   // every neighbour can be read without a test.
   const int count = box->maxX - box->minX + 1;
-  const std::size_t span = std::size_t(count) + 2;
+  const int groups = (count + 3) / 4;
+  const std::size_t span = std::size_t(groups) * 4 + 2;
   std::vector<float> rows(span * 3);
   const auto loadRow = [&](int y, float* out) {
     std::fill(out, out + span, 0.0f);
@@ -241,22 +248,29 @@ std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, cons
   float* below = here + span;
   loadRow(box->minY - 1, above);
   loadRow(box->minY, here);
-  std::vector<float> lit(std::size_t(count), 0.0f), shade(std::size_t(count), 0.0f);
+  // Four pixels at a time; the rows are padded so that the last four read only zeros.
+  std::vector<float> padded(std::size_t(groups) * 4, 0.0f);
   for (int y = box->minY; y <= box->maxY; ++y) {
     loadRow(y + 1, below);
     const float* in = coverage.row(y) + box->minX;
-    for (int i = 0; i < count; ++i) {
-      const float rim = std::clamp((in[i] - here[i + 1]) * 2.0f, 0.0f, 1.0f) * std::max(in[i], 0.0f);
+    std::copy_n(in, count, padded.data());
+    std::uint8_t* out = overlay.row(y) + 4 * box->minX;
+    for (int g = 0; g < groups; ++g) {
+      const int i = 4 * g;
+      const Float4 covered = loadFloats(padded.data() + i);
+      const Float4 centre = loadFloats(here + i + 1);
+      const Float4 rim = minimum(maximum((covered - centre) * 2.0f, splat(0)), splat(1)) * maximum(covered, splat(0));
+      const Int4 shown = rim >= 1.0f / 512;
+      if (!(shown[0] | shown[1] | shown[2] | shown[3])) continue;
       // The outward normal runs down the blurred coverage.
-      const float gx = here[i] - here[i + 2];
-      const float gy = above[i + 1] - below[i + 1];
-      const float length = std::sqrt(gx * gx + gy * gy);
-      const float facing = length > 1e-6f ? (gx * towardX + gy * towardY) / length : 0.0f;
-      const bool shown = rim >= 1.0f / 512;
-      lit[std::size_t(i)] = shown ? rim * lightPeak * (0.3f + 0.7f * std::max(0.0f, facing)) : 0.0f;
-      shade[std::size_t(i)] = shown ? rim * shadePeak * std::max(0.0f, -facing) : 0.0f;
+      const Float4 gx = loadFloats(here + i) - loadFloats(here + i + 2);
+      const Float4 gy = loadFloats(above + i + 1) - loadFloats(below + i + 1);
+      const Float4 length = squareRoot(gx * gx + gy * gy);
+      const Float4 facing = length > 1e-6f ? (gx * towardX + gy * towardY) / length : splat(0);
+      const Float4 lit = shown ? rim * lightPeak * (0.3f + 0.7f * maximum(splat(0), facing)) : splat(0);
+      const Float4 shade = shown ? rim * shadePeak * maximum(splat(0), -facing) : splat(0);
+      overWhiteAndBlack(out + 4 * i, lit, shade, std::min(4, count - i));
     }
-    overWhiteAndBlack(overlay.row(y) + 4 * box->minX, lit.data(), shade.data(), count);
     std::swap(above, here);
     std::swap(here, below);
   }

@@ -4,6 +4,7 @@
 // widened and narrowed with SSE2 where there is SSE2, which GCC does not find by itself.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -51,6 +52,14 @@ inline void storePixel(std::uint8_t* p, Float4 value) {
 #else
   const Byte4 bytes = __builtin_convertvector(__builtin_convertvector(value, Int4), Byte4);
   std::memcpy(p, &bytes, 4);
+#endif
+}
+
+inline Float4 squareRoot(Float4 value) {
+#if defined(__SSE2__)
+  return Float4(_mm_sqrt_ps(__m128(value)));
+#else
+  return Float4{std::sqrt(value[0]), std::sqrt(value[1]), std::sqrt(value[2]), std::sqrt(value[3])};
 #endif
 }
 
