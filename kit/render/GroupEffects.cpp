@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <numbers>
 #include <vector>
 
@@ -14,18 +15,27 @@ namespace {
 
 using C = EffectConstants;
 
-// Lays premultiplied white (`light[i]`) and black (`shade[i]`) over the first `count` of four
-// pixels; where both are 0 the pixel stays as it is.
+// Lays premultiplied white (`light`) and black (`shade`) over the first `count` of four
+// pixels. Where both are 0 the pixel keeps its bytes, since it is then scaled by 1 and rounded.
 void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
   const Float4 coverage = minimum(light + shade, splat(1));
+  const Float4 keep = 1 - coverage;
   const Float4 white = minimum(light, splat(1)) * 255 + 0.5f;
   const Float4 alpha = coverage * 255 + 0.5f;
-  for (int i = 0; i < count; ++i) {
-    if (light[i] + shade[i] <= 0) continue;
-    std::uint8_t* p = pixels + 4 * i;
-    const Float4 added = {white[i], white[i], white[i], alpha[i]};
-    storePixel(p, minimum(splat(255), loadPixel(p) * (1 - coverage[i]) + added));
+  std::uint8_t partial[16] = {};
+  std::uint8_t* p = pixels;
+  if (count < 4) {
+    std::memcpy(partial, pixels, std::size_t(4 * count));
+    p = partial;
   }
+  Float4 values[4];
+  loadPixels(p, values);
+  values[0] = minimum(splat(255), values[0] * keep[0] + __builtin_shuffle(white, alpha, Int4{0, 0, 0, 4}));
+  values[1] = minimum(splat(255), values[1] * keep[1] + __builtin_shuffle(white, alpha, Int4{1, 1, 1, 5}));
+  values[2] = minimum(splat(255), values[2] * keep[2] + __builtin_shuffle(white, alpha, Int4{2, 2, 2, 6}));
+  values[3] = minimum(splat(255), values[3] * keep[3] + __builtin_shuffle(white, alpha, Int4{3, 3, 3, 7}));
+  storePixels(p, values);
+  if (count < 4) std::memcpy(pixels, partial, std::size_t(4 * count));
 }
 
 // A value in 0...255 (or slightly beyond) rounded to a byte.
@@ -144,24 +154,35 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
     float* out = edge.row(y - area.minY);
     const auto visit = [&](int x, float outside) {
       const float value = (in[x] - outside) * fade;
-      if (value <= 0) return;
-      const int ex = x - area.minX, ey = y - area.minY;
-      out[ex] = value;
-      lit = {std::min(lit.minX, ex), std::min(lit.minY, ey), std::max(lit.maxX, ex), std::max(lit.maxY, ey)};
+      if (in[x] > 0 && value > 0) out[x - area.minX] = value;
     };
-    for (int x = box->minX; x <= box->maxX; ++x) {
-      if (in[x] <= 0) continue;
+    const auto sampleAt = [&](int x) {
       const int x0 = x + fx;
-      if (upper && lower && x >= safeFirst && x <= safeLast) {
-        const float top = upper[x0] * (1 - tx) + upper[x0 + 1] * tx;
-        const float bottom = lower[x0] * (1 - tx) + lower[x0 + 1] * tx;
-        visit(x, top * (1 - ty) + bottom * ty);
-      } else {
-        const float top = valueAt(upper, x0) * (1 - tx) + valueAt(upper, x0 + 1) * tx;
-        const float bottom = valueAt(lower, x0) * (1 - tx) + valueAt(lower, x0 + 1) * tx;
-        visit(x, top * (1 - ty) + bottom * ty);
+      const float top = valueAt(upper, x0) * (1 - tx) + valueAt(upper, x0 + 1) * tx;
+      const float bottom = valueAt(lower, x0) * (1 - tx) + valueAt(lower, x0 + 1) * tx;
+      visit(x, top * (1 - ty) + bottom * ty);
+    };
+    // Four columns at a time where both samples lie within the coverage, one by one elsewhere.
+    int x = box->minX;
+    if (upper && lower) {
+      for (; x < safeFirst && x <= box->maxX; ++x) sampleAt(x);
+      for (; x + 3 <= std::min(safeLast, box->maxX); x += 4) {
+        const Float4 top = loadFloats(upper + x + fx) * (1 - tx) + loadFloats(upper + x + fx + 1) * tx;
+        const Float4 bottom = loadFloats(lower + x + fx) * (1 - tx) + loadFloats(lower + x + fx + 1) * tx;
+        const Float4 covered = loadFloats(in + x);
+        const Float4 value = (covered - (top * (1 - ty) + bottom * ty)) * fade;
+        storeFloats(out + (x - area.minX), covered > 0 && value > 0 ? value : splat(0));
       }
     }
+    for (; x <= box->maxX; ++x) sampleAt(x);
+    // The row's lit columns, sought from both ends.
+    int left = box->minX, right = box->maxX;
+    while (left <= right && out[left - area.minX] <= 0) ++left;
+    if (left > right) continue;
+    while (out[right - area.minX] <= 0) --right;
+    const int ey = y - area.minY;
+    lit = {std::min(lit.minX, left - area.minX), std::min(lit.minY, ey), std::max(lit.maxX, right - area.minX),
+           std::max(lit.maxY, ey)};
   }
   if (lit.maxX < 0) return;
   const MaskWindow soft = blurred(edge, sigma, lit);
@@ -202,19 +223,28 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light) {
   // The position along the light is the sum of a part from the column and one from the row.
   std::vector<double> alongX(std::size_t(count), 0.0);
   for (int i = 0; i < count; ++i) alongX[std::size_t(i)] = (box->minX + i + 0.5 - cx) * toward.dx / reach;
-  std::vector<float> factors(std::size_t(count), 1.0f);
+  // Four pixels at a time, the last four padded with factor 1.
+  std::vector<float> factors(std::size_t(count + 3) / 4 * 4, 1.0f);
   for (int y = box->minY; y <= box->maxY; ++y) {
     const double alongY = (y + 0.5 - cy) * toward.dy / reach;
-    for (std::size_t i = 0; i < factors.size(); ++i) {
-      factors[i] = float(1 + contrast * std::clamp(alongX[i] + alongY, -1.0, 1.0));
-    }
-    // Colour stays within alpha; transparent pixels have none to scale and stay 0.
-    std::uint8_t* row = raster.row(y) + 4 * box->minX;
     for (int i = 0; i < count; ++i) {
+      factors[std::size_t(i)] = float(1 + contrast * std::clamp(alongX[std::size_t(i)] + alongY, -1.0, 1.0));
+    }
+    // Colour stays within alpha, so transparent pixels stay 0.
+    std::uint8_t* row = raster.row(y) + 4 * box->minX;
+    for (int i = 0; i < count; i += 4) {
       std::uint8_t* p = row + 4 * i;
-      if (p[Raster::alpha] == 0) continue;
-      const float alpha = p[Raster::alpha], f = factors[std::size_t(i)];
-      storePixel(p, minimum(Float4{alpha, alpha, alpha, 255}, loadPixel(p) * Float4{f, f, f, 1} + 0.5f));
+      std::uint8_t partial[16] = {};
+      if (count - i < 4) p = static_cast<std::uint8_t*>(std::memcpy(partial, p, std::size_t(4 * (count - i))));
+      Float4 values[4];
+      loadPixels(p, values);
+      const Float4 f = loadFloats(factors.data() + i);
+      for (int k = 0; k < 4; ++k) {
+        const float alpha = values[k][3];
+        values[k] = minimum(Float4{alpha, alpha, alpha, 255}, values[k] * Float4{f[k], f[k], f[k], 1} + 0.5f);
+      }
+      storePixels(p, values);
+      if (p == partial) std::memcpy(row + 4 * i, partial, std::size_t(4 * (count - i)));
     }
   }
 }
