@@ -18,6 +18,8 @@ using C = EffectConstants;
 // Lays premultiplied white (`light`) and black (`shade`) over the first `count` of four
 // pixels. Where both are 0 the pixel keeps its bytes, since it is then scaled by 1 and rounded.
 void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
+  const Int4 shown = light + shade > 0;
+  if (!(shown[0] | shown[1] | shown[2] | shown[3])) return;
   const Float4 coverage = minimum(light + shade, splat(1));
   const Float4 keep = 1 - coverage;
   const Float4 white = minimum(light, splat(1)) * 255 + 0.5f;

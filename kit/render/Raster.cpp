@@ -58,8 +58,20 @@ RGBA Raster::colorAt(int x, int y) const {
 
 Mask Raster::alphaMask() const {
   Mask mask = Mask::unset(width_, height_);
-  auto values = mask.values();
-  for (std::size_t i = 0; i < values.size(); ++i) values[i] = pixels_[4 * i + alpha] * (1.0f / 255);
+  // The bounds are sought in each row as it is converted, from both ends as Mask does.
+  Mask::Box box{width_, height_, -1, -1};
+  for (int y = 0; y < height_; ++y) {
+    const std::uint8_t* in = row(y);
+    float* out = mask.row(y);
+    for (int x = 0; x < width_; ++x) out[x] = in[4 * x + alpha] * (1.0f / 255);
+    int left = 0;
+    while (left < width_ && in[4 * left + alpha] == 0) ++left;
+    if (left == width_) continue;
+    int right = width_ - 1;
+    while (in[4 * right + alpha] == 0) --right;
+    box = {std::min(box.minX, left), std::min(box.minY, y), std::max(box.maxX, right), y};
+  }
+  mask.knowBounds(box.maxX < 0 ? std::nullopt : std::optional<Mask::Box>(box));
   return mask;
 }
 

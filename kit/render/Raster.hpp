@@ -80,7 +80,15 @@ class Mask {
   [[nodiscard]] std::optional<Box> bounds(float threshold = 1.0f / 512) const;
 
  private:
+  friend class Raster;
+
   Mask(int width, int height, std::size_t count) : width_(width), height_(height), values_(count) {}
+  // The bounds of values that are all whole multiples of 1/255, found while they were written:
+  // then any value above 0 is also above the default threshold.
+  void knowBounds(std::optional<Box> box) {
+    foundBounds_[0] = FoundBounds{0, box};
+    foundBounds_[1] = FoundBounds{1.0f / 512, box};
+  }
 
   struct FoundBounds {
     float threshold;

@@ -144,5 +144,33 @@ TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
   EXPECT_FALSE(mask.bounds().has_value());
 }
 
+// The bounds an alpha mask brings with it agree with those sought in its values, at both
+// thresholds, including alpha 1 (the smallest above the default threshold) and empty rows.
+TEST(MaskBounds, AnAlphaMaskKnowsItsBoundsFromThePixels) {
+  auto raster = Raster::create(9, 7);
+  ASSERT_TRUE(raster.has_value());
+  EXPECT_FALSE(raster->alphaMask().bounds().has_value());
+  raster->row(1)[4 * 6 + Raster::alpha] = 1;
+  raster->row(4)[4 * 2 + Raster::alpha] = 255;
+  raster->row(4)[4 * 3 + Raster::blue] = 9;  // colour without alpha counts for nothing
+  raster->row(5)[4 * 8 + Raster::alpha] = 40;
+  const Mask mask = raster->alphaMask();
+  Mask sought = mask;
+  (void)sought.values();  // forgets the bounds, so that they are sought again
+  for (const float threshold : {0.0f, 1.0f / 512}) {
+    const auto known = mask.bounds(threshold), found = sought.bounds(threshold);
+    ASSERT_TRUE(known.has_value() && found.has_value());
+    EXPECT_EQ(known->minX, 2);
+    EXPECT_EQ(known->minY, 1);
+    EXPECT_EQ(known->maxX, 8);
+    EXPECT_EQ(known->maxY, 5);
+    EXPECT_EQ(found->minX, known->minX);
+    EXPECT_EQ(found->minY, known->minY);
+    EXPECT_EQ(found->maxX, known->maxX);
+    EXPECT_EQ(found->maxY, known->maxY);
+  }
+  EXPECT_EQ(mask.bounds(0.5f)->maxX, 2) << "other thresholds are sought in the values";
+}
+
 }  // namespace
 }  // namespace iconwright::kit
