@@ -40,10 +40,44 @@ void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int cou
   if (count < 4) std::memcpy(pixels, partial, std::size_t(4 * count));
 }
 
+// The bytes of white and black laid over a transparent pixel by overWhiteAndBlack, composited
+// over the first `count` of the four pixels at `pixels` with the integer arithmetic of
+// Painter::compositeWithin at full opacity: each channel becomes the overlay's plus the
+// pixel's times 255 less the overlay's alpha, divided by 255 and rounded. Every value is a
+// whole number below 2^24, so that floats hold it exactly.
+void overlaidWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
+  const Int4 shown = light + shade > 0;
+  if (!(shown[0] | shown[1] | shown[2] | shown[3])) return;
+  const Float4 coverage = minimum(light + shade, splat(1));
+  const Float4 white = wholePart(minimum(minimum(light, splat(1)) * 255 + 0.5f, splat(255)));
+  const Float4 alpha = wholePart(minimum(coverage * 255 + 0.5f, splat(255)));
+  const Float4 keep = 255 - alpha;
+  std::uint8_t partial[16] = {};
+  std::uint8_t* p = pixels;
+  if (count < 4) {
+    std::memcpy(partial, pixels, std::size_t(4 * count));
+    p = partial;
+  }
+  Float4 values[4];
+  loadPixels(p, values);
+  const Int4 lanes[4] = {{0, 0, 0, 4}, {1, 1, 1, 5}, {2, 2, 2, 6}, {3, 3, 3, 7}};
+  for (int k = 0; k < 4; ++k) {
+    const Float4 kept = wholePart((values[k] * keep[k] + 128) * 257 * (1.0f / 65536));
+    values[k] = minimum(splat(255), __builtin_shuffle(white, alpha, lanes[k]) + kept);
+  }
+  storePixels(p, values);
+  if (count < 4) std::memcpy(pixels, partial, std::size_t(4 * count));
+}
+
 // A value in 0...255 (or slightly beyond) rounded to a byte.
 std::uint8_t roundedByte(float value) {
   const float v = value + 0.5f;
   return v <= 0 ? 0 : v >= 255 ? 255 : std::uint8_t(v);
+}
+
+// The same for the four channels of the pixel at `p`.
+void storeRoundedPixel(std::uint8_t* p, Float4 value) {
+  storePixel(p, minimum(maximum(value + 0.5f, splat(0)), splat(255)));
 }
 
 }  // namespace
@@ -82,10 +116,8 @@ void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const
       std::uint8_t* out = shade->row(y - area.minY);
       for (int x = std::max(area.minX, reach.minX + dx); x <= std::min(area.maxX, reach.maxX + dx); ++x) {
         const float keep = opacity * (1 - covered[x]);
-        const std::uint8_t* p = in + 4 * (x - dx - soft.left);
-        std::uint8_t* o = out + 4 * (x - area.minX);
-        for (int c = 0; c < 3; ++c) o[c] = roundedByte(p[c] * keep * darkening);
-        o[3] = roundedByte(p[3] * keep);
+        const Float4 value = loadPixel(in + 4 * (x - dx - soft.left)) * keep * Float4{darkening, darkening, darkening, 1};
+        storeRoundedPixel(out + 4 * (x - area.minX), value);
       }
     }
   } else {
@@ -118,11 +150,8 @@ void blurBackdrop(Raster& canvas, const Mask& coverage, double strength, double 
     const float* t = coverage.row(y);
     for (int x = box->minX; x <= box->maxX; ++x) {
       if (t[x] <= 0) continue;
-      const float keep = 1 - t[x];
-      for (int c = 0; c < 4; ++c) {
-        const int k = 4 * x + c;
-        row[k] = roundedByte(row[k] * keep + blurredRow[k - 4 * soft.left] * t[x]);
-      }
+      std::uint8_t* p = row + 4 * x;
+      storeRoundedPixel(p, loadPixel(p) * (1 - t[x]) + loadPixel(blurredRow + 4 * (x - soft.left)) * t[x]);
     }
   }
 }
@@ -251,8 +280,13 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light) {
   }
 }
 
-std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
-                                     double pixelsPerPoint) {
+namespace {
+
+// The rim of `coverage`, four pixels at a time: `lay(pixels, light, shade, count)` lays its
+// light and shade over the first `count` of the four pixels of `raster` at `pixels`.
+template <class Lay>
+std::optional<Mask::Box> drawRim(Raster& raster, const Mask& coverage, const Light& light, double pixelsPerPoint,
+                                 const Lay& lay) {
   const auto box = coverage.bounds(0);
   if (!box) return std::nullopt;
   const double width = C::glassRimWidth * pixelsPerPoint;
@@ -286,7 +320,7 @@ std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, cons
     loadRow(y + 1, below);
     const float* in = coverage.row(y) + box->minX;
     std::copy_n(in, count, padded.data());
-    std::uint8_t* out = overlay.row(y) + 4 * box->minX;
+    std::uint8_t* out = raster.row(y) + 4 * box->minX;
     for (int g = 0; g < groups; ++g) {
       const int i = 4 * g;
       const Float4 covered = loadFloats(padded.data() + i);
@@ -301,12 +335,23 @@ std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, cons
       const Float4 facing = length > 1e-6f ? (gx * towardX + gy * towardY) / length : splat(0);
       const Float4 lit = shown ? rim * lightPeak * (0.3f + 0.7f * maximum(splat(0), facing)) : splat(0);
       const Float4 shade = shown ? rim * shadePeak * maximum(splat(0), -facing) : splat(0);
-      overWhiteAndBlack(out + 4 * i, lit, shade, std::min(4, count - i));
+      lay(out + 4 * i, lit, shade, std::min(4, count - i));
     }
     std::swap(above, here);
     std::swap(here, below);
   }
   return box;
+}
+
+}  // namespace
+
+std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
+                                     double pixelsPerPoint) {
+  return drawRim(overlay, coverage, light, pixelsPerPoint, overWhiteAndBlack);
+}
+
+void drawGlassRim(Raster& target, const Mask& coverage, const Light& light, double pixelsPerPoint) {
+  drawRim(target, coverage, light, pixelsPerPoint, overlaidWhiteAndBlack);
 }
 
 }  // namespace iconwright::kit

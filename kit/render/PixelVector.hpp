@@ -81,6 +81,9 @@ inline void storePixels(std::uint8_t* p, const Float4 (&pixels)[4]) {
 #endif
 }
 
+/// Values from 0 to 2^24 with their fractions dropped.
+inline Float4 wholePart(Float4 value) { return __builtin_convertvector(__builtin_convertvector(value, Int4), Float4); }
+
 inline Float4 squareRoot(Float4 value) {
 #if defined(__SSE2__)
   return Float4(_mm_sqrt_ps(__m128(value)));
