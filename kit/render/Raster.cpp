@@ -13,6 +13,12 @@ Mask::Mask(int width, int height, float value)
 
 Mask Mask::unset(int width, int height) { return Mask(width, height, std::size_t(width) * std::size_t(height)); }
 
+Mask Mask::fromValues(int width, int height, Values values) {
+  Mask mask(width, height, std::size_t(0));
+  mask.values_ = std::move(values);
+  return mask;
+}
+
 std::optional<Mask::Box> Mask::bounds(float threshold) const {
   std::optional<FoundBounds>& found = foundBounds_[threshold == 0 ? 0 : 1];
   if (found && found->threshold == threshold) return found->box;

@@ -51,6 +51,9 @@ class Mask {
   Mask(int width, int height, float value = 0);
   /// A mask whose values are left unset: the caller writes every one before reading any.
   [[nodiscard]] static Mask unset(int width, int height);
+  using Values = std::vector<float, UninitializedAllocator<float>>;
+  /// A mask holding `values`, row after row; there must be width × height of them.
+  [[nodiscard]] static Mask fromValues(int width, int height, Values values);
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
@@ -97,7 +100,7 @@ class Mask {
 
   int width_;
   int height_;
-  std::vector<float, UninitializedAllocator<float>> values_;
+  Values values_;
   // The last answer for threshold 0 and for any other.
   mutable std::optional<FoundBounds> foundBounds_[2];
 };
