@@ -58,6 +58,23 @@ void overlaidWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int
     std::memcpy(partial, pixels, std::size_t(4 * count));
     p = partial;
   }
+#if defined(__SSE2__)
+  // The same in 16-bit lanes, two pixels to a register: the product rounded by adding 128,
+  // the division by 255 as the high half of a product with 257, the sum saturated.
+  const __m128i whites = _mm_cvttps_epi32(__m128(white)), alphas = _mm_cvttps_epi32(__m128(alpha));
+  const __m128i overlay = _mm_or_si128(_mm_or_si128(whites, _mm_slli_epi32(whites, 8)),
+                                       _mm_or_si128(_mm_slli_epi32(whites, 16), _mm_slli_epi32(alphas, 24)));
+  const __m128i keeps = _mm_cvttps_epi32(__m128(keep));
+  const __m128i keepPairs = _mm_or_si128(keeps, _mm_slli_epi32(keeps, 16));
+  const __m128i zero = _mm_setzero_si128(), half = _mm_set1_epi16(128), divisor = _mm_set1_epi16(257);
+  const __m128i pixelsHere = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+  const auto kept = [&](__m128i channels, __m128i factors) {
+    return _mm_mulhi_epu16(_mm_add_epi16(_mm_mullo_epi16(channels, factors), half), divisor);
+  };
+  const __m128i low = kept(_mm_unpacklo_epi8(pixelsHere, zero), _mm_unpacklo_epi32(keepPairs, keepPairs));
+  const __m128i high = kept(_mm_unpackhi_epi8(pixelsHere, zero), _mm_unpackhi_epi32(keepPairs, keepPairs));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_adds_epu8(overlay, _mm_packus_epi16(low, high)));
+#else
   Float4 values[4];
   loadPixels(p, values);
   const Int4 lanes[4] = {{0, 0, 0, 4}, {1, 1, 1, 5}, {2, 2, 2, 6}, {3, 3, 3, 7}};
@@ -66,6 +83,7 @@ void overlaidWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int
     values[k] = minimum(splat(255), __builtin_shuffle(white, alpha, lanes[k]) + kept);
   }
   storePixels(p, values);
+#endif
   if (count < 4) std::memcpy(pixels, partial, std::size_t(4 * count));
 }
 
@@ -347,11 +365,16 @@ std::optional<Mask::Box> drawRim(Raster& raster, const Mask& coverage, const Lig
 
 std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
                                      double pixelsPerPoint) {
-  return drawRim(overlay, coverage, light, pixelsPerPoint, overWhiteAndBlack);
+  return drawRim(overlay, coverage, light, pixelsPerPoint,
+                 [](std::uint8_t* pixels, Float4 lit, Float4 shade, int count) {
+                   overWhiteAndBlack(pixels, lit, shade, count);
+                 });
 }
 
 void drawGlassRim(Raster& target, const Mask& coverage, const Light& light, double pixelsPerPoint) {
-  drawRim(target, coverage, light, pixelsPerPoint, overlaidWhiteAndBlack);
+  drawRim(target, coverage, light, pixelsPerPoint, [](std::uint8_t* pixels, Float4 lit, Float4 shade, int count) {
+    overlaidWhiteAndBlack(pixels, lit, shade, count);
+  });
 }
 
 }  // namespace iconwright::kit
