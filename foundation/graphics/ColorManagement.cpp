@@ -231,13 +231,27 @@ class ConvertedPixels {
 void convertRows(void* transform, std::uint8_t* pixels, int width, int height, std::size_t stride) {
   std::optional<ConvertedPixels> converted;
   bool convertsWholeRows = false;
+  // Clears the colour of the transparent pixel at `p`, if it has any; false if it is not transparent.
+  const auto clearedIfTransparent = [](std::uint8_t* p) {
+    if (p[3] != 0) return false;
+    if (p[0] | p[1] | p[2]) p[0] = p[1] = p[2] = 0;
+    return true;
+  };
+  // Whether the two pixels at `p` are transparent black, as most of an empty stretch is.
+  const auto bothClear = [](const std::uint8_t* p) {
+    std::uint64_t pair;
+    std::memcpy(&pair, p, 8);
+    return pair == 0;
+  };
   for (int y = 0; y < height; ++y) {
     std::uint8_t* row = pixels + std::size_t(y) * stride;
     int first = 0;
-    for (; first < width && row[4 * first + 3] == 0; ++first) row[4 * first] = row[4 * first + 1] = row[4 * first + 2] = 0;
+    while (first + 1 < width && bothClear(row + 4 * first)) first += 2;
+    while (first < width && clearedIfTransparent(row + 4 * first)) ++first;
     if (first == width) continue;
     int last = width - 1;
-    for (; row[4 * last + 3] == 0; --last) row[4 * last] = row[4 * last + 1] = row[4 * last + 2] = 0;
+    while (last - 1 > first && bothClear(row + 4 * (last - 1))) last -= 2;
+    while (clearedIfTransparent(row + 4 * last)) --last;
     const auto count = std::size_t(last - first + 1);
     if (convertsWholeRows) {
       const std::span<std::uint8_t> stretch(row + 4 * first, count * 4);
