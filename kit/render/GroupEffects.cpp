@@ -17,7 +17,7 @@ using C = EffectConstants;
 
 // Lays premultiplied white (`light`) and black (`shade`) over the first `count` of four
 // pixels. Where both are 0 the pixel keeps its bytes, since it is then scaled by 1 and rounded.
-void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
+[[gnu::always_inline]] inline void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
   const Int4 shown = light + shade > 0;
   if (!(shown[0] | shown[1] | shown[2] | shown[3])) return;
   const Float4 coverage = minimum(light + shade, splat(1));
@@ -45,7 +45,8 @@ void overWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int cou
 // Painter::compositeWithin at full opacity: each channel becomes the overlay's plus the
 // pixel's times 255 less the overlay's alpha, divided by 255 and rounded. Every value is a
 // whole number below 2^24, so that floats hold it exactly.
-void overlaidWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade, int count) {
+[[gnu::always_inline]] inline void overlaidWhiteAndBlack(std::uint8_t* pixels, Float4 light, Float4 shade,
+                                                         int count) {
   const Int4 shown = light + shade > 0;
   if (!(shown[0] | shown[1] | shown[2] | shown[3])) return;
   const Float4 coverage = minimum(light + shade, splat(1));
@@ -242,19 +243,26 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
   const int firstX = std::max(soft.left + area.minX, box->minX);
   const int lastX = std::min(soft.left + soft.mask.width() - 1 + area.minX, box->maxX);
   if (firstX > lastX) return;
-  // Four pixels at a time, through rows padded with zeros.
+  // Four pixels at a time, the last few through copies padded with zeros.
   const int count = lastX - firstX + 1;
-  const std::size_t padded = std::size_t(count + 3) / 4 * 4;
-  std::vector<float> covered(padded, 0.0f), blurredEdge(padded, 0.0f);
+  const int whole = count / 4 * 4;
+  float coveredTail[4], edgeTail[4];
   for (int y = firstY; y <= lastY; ++y) {
-    std::copy_n(coverage.row(y) + firstX, count, covered.data());
-    std::copy_n(soft.mask.row(y - area.minY - soft.top) + (firstX - area.minX - soft.left), count, blurredEdge.data());
+    const float* covered = coverage.row(y) + firstX;
+    const float* blurredEdge = soft.mask.row(y - area.minY - soft.top) + (firstX - area.minX - soft.left);
     std::uint8_t* out = canvas.row(y) + 4 * firstX;
-    for (int i = 0; i < count; i += 4) {
-      const Float4 value = minimum(splat(1), loadFloats(blurredEdge.data() + i) * 1.5f) *
-                           loadFloats(covered.data() + i) * peak;
+    const auto lay = [&](const float* edgeValues, const float* coveredValues, int i) {
+      const Float4 value = minimum(splat(1), loadFloats(edgeValues) * 1.5f) * loadFloats(coveredValues) * peak;
       const Float4 highlight = value >= 1.0f / 512 ? value : splat(0);
       overWhiteAndBlack(out + 4 * i, highlight, splat(0), std::min(4, count - i));
+    };
+    for (int i = 0; i < whole; i += 4) lay(blurredEdge + i, covered + i, i);
+    if (whole < count) {
+      std::fill_n(coveredTail, 4, 0.0f);
+      std::fill_n(edgeTail, 4, 0.0f);
+      std::copy(covered + whole, covered + count, coveredTail);
+      std::copy(blurredEdge + whole, blurredEdge + count, edgeTail);
+      lay(edgeTail, coveredTail, whole);
     }
   }
 }
