@@ -192,7 +192,7 @@ class ConvertedPixels {
     convert(black);
     std::uint32_t answer;
     std::memcpy(&answer, black.data(), 4);
-    std::fill(slots_.begin(), slots_.end(), Slot{0, answer, 0});
+    std::fill(slots_.begin(), slots_.end(), Slot{0, answer});
   }
 
   /// Converts the `count` pixels at `pixels` in place.
@@ -209,15 +209,15 @@ class ConvertedPixels {
       const std::size_t index = (value * 0x9E3779B1u) >> (32 - bits_);
       Slot& slot = slots_[index];
       if (slot.pixel != value) {
-        slot = {value, 0, std::uint32_t(waiting_.size() + 1)};
+        slot = {value, waitingMark(waiting_.size())};
         waiting_.push_back(value);
         waitingSlots_.push_back(std::uint32_t(index));
         ++misses_;
       }
-      if (slot.waiting == 0) {
-        std::memcpy(pixels + 4 * i, &slot.converted, 4);
+      if (isWaiting(slot.converted)) {
+        places_.push_back({std::uint32_t(i), slot.converted - 1});
       } else {
-        places_.push_back({std::uint32_t(i), slot.waiting - 1});
+        std::memcpy(pixels + 4 * i, &slot.converted, 4);
       }
     }
     if (waiting_.empty()) return;
@@ -225,7 +225,7 @@ class ConvertedPixels {
     for (const auto& [index, answer] : places_) std::memcpy(pixels + 4 * std::size_t(index), &waiting_[answer], 4);
     for (std::size_t k = 0; k < waiting_.size(); ++k) {
       Slot& slot = slots_[waitingSlots_[k]];
-      if (slot.waiting == k + 1) slot = {slot.pixel, waiting_[k], 0};
+      if (slot.converted == waitingMark(k)) slot.converted = waiting_[k];
     }
   }
 
@@ -235,11 +235,15 @@ class ConvertedPixels {
  private:
   struct Slot {
     std::uint32_t pixel, converted;
-    std::uint32_t waiting;  // 1 + the value's place among those waiting, or 0 with the answer
   };
   struct Place {
     std::uint32_t index, answer;
   };
+
+  // A slot waiting for the answer at place k holds k + 1 as its answer: a transparent pixel
+  // with colour, which no answer is (answers are premultiplied, and transparent ones black).
+  static std::uint32_t waitingMark(std::size_t k) { return std::uint32_t(k + 1); }
+  static bool isWaiting(std::uint32_t converted) { return converted != 0 && converted >> 24 == 0; }
 
   void convert(std::span<std::uint8_t> bytes) const {
     unpremultiplyBGRA(bytes);
