@@ -331,9 +331,8 @@ std::optional<Mask::Box> drawRim(Raster& raster, const Mask& coverage, const Lig
     std::fill(out, out + span, 0.0f);
     if (y < reach.minY || y > reach.maxY) return;
     const float* in = soft.mask.row(y - soft.top);
-    for (int x = std::max(box->minX - 1, reach.minX); x <= std::min(box->maxX + 1, reach.maxX); ++x) {
-      out[x - box->minX + 1] = in[x - soft.left];
-    }
+    const int first = std::max(box->minX - 1, reach.minX), last = std::min(box->maxX + 1, reach.maxX);
+    if (first <= last) std::copy(in + (first - soft.left), in + (last + 1 - soft.left), out + (first - box->minX + 1));
   };
   float* above = rows.data();
   float* here = above + span;

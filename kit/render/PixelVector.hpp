@@ -92,8 +92,21 @@ inline Float4 squareRoot(Float4 value) {
 #endif
 }
 
-inline Float4 minimum(Float4 a, Float4 b) { return a < b ? a : b; }
-inline Float4 maximum(Float4 a, Float4 b) { return a > b ? a : b; }
+// a < b ? a : b and a > b ? a : b, which is what SSE's minimum and maximum compute.
+inline Float4 minimum(Float4 a, Float4 b) {
+#if defined(__SSE2__)
+  return Float4(_mm_min_ps(__m128(a), __m128(b)));
+#else
+  return a < b ? a : b;
+#endif
+}
+inline Float4 maximum(Float4 a, Float4 b) {
+#if defined(__SSE2__)
+  return Float4(_mm_max_ps(__m128(a), __m128(b)));
+#else
+  return a > b ? a : b;
+#endif
+}
 inline Float4 splat(float value) { return Float4{value, value, value, value}; }
 
 }  // namespace iconwright::kit
