@@ -21,6 +21,8 @@ struct Plane {
   Plane(int w, int h, bool zeroed) : width(w), height(h), values(std::size_t(w) * std::size_t(h) * C) {
     if (zeroed) std::fill(values.begin(), values.end(), 0.0f);
   }
+  // The values given, w × h × C of them.
+  Plane(int w, int h, Mask::Values given) : width(w), height(h), values(std::move(given)) {}
   [[nodiscard]] float* row(int y) { return values.data() + std::size_t(y) * std::size_t(width) * C; }
   [[nodiscard]] const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(width) * C; }
 };
@@ -291,6 +293,17 @@ MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
   }
   blurWindow<1>(width, height, sigma, rowAt, MaskRows{result.mask});
   return result;
+}
+
+MaskWindow blurred(Mask&& mask, double sigma, const Mask::Box& region) {
+  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), mask.width(), mask.height());
+  const bool whole = area.minX == 0 && area.minY == 0 && area.maxX == mask.width() - 1 && area.maxY == mask.height() - 1;
+  if (!whole || sigma < 0.3 || reduction(sigma) != 1) return blurred(static_cast<const Mask&>(mask), sigma, region);
+  // The window is the whole mask at full size: blurred in place.
+  const int width = mask.width(), height = mask.height();
+  Plane<1> plane(width, height, std::move(mask).releaseValues());
+  gaussian(plane, sigma);
+  return {Mask::fromValues(width, height, std::move(plane.values)), 0, 0};
 }
 
 RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region) {

@@ -35,6 +35,8 @@ struct RasterWindow {
 /// `region` grown by three standard deviations (within the mask), which is where a blur of
 /// what `region` holds can differ from 0. Input beyond that window counts as 0.
 [[nodiscard]] MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region);
+/// The same from a mask that is no longer needed, which may become the result.
+[[nodiscard]] MaskWindow blurred(Mask&& mask, double sigma, const Mask::Box& region);
 /// Every channel of the premultiplied raster blurred alike, over the same window.
 [[nodiscard]] RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region);
 

@@ -189,7 +189,17 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
   // the margin its blur reaches into.
   const double sigma = width / 2;
   const Mask::Box area = grown(*box, blurMargin(sigma), coverage.width(), coverage.height());
-  Mask edge(area.maxX - area.minX + 1, area.maxY - area.minY + 1);
+  // Every value of the box's rows is written below; the margin around the box is 0.
+  Mask edge = Mask::unset(area.maxX - area.minX + 1, area.maxY - area.minY + 1);
+  for (int ey = 0; ey < edge.height(); ++ey) {
+    float* row = edge.row(ey);
+    if (ey + area.minY < box->minY || ey + area.minY > box->maxY) {
+      std::fill_n(row, edge.width(), 0.0f);
+    } else {
+      std::fill(row, row + (box->minX - area.minX), 0.0f);
+      std::fill(row + (box->maxX - area.minX + 1), row + edge.width(), 0.0f);
+    }
+  }
   Mask::Box lit{edge.width(), edge.height(), -1, -1};
   // Columns whose two samples both lie within the coverage's columns; beyond them, 0.
   const int safeFirst = std::max(box->minX, -fx), safeLast = std::min(box->maxX, coverage.width() - 2 - fx);
@@ -204,7 +214,7 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
     float* out = edge.row(y - area.minY);
     const auto visit = [&](int x, float outside) {
       const float value = (in[x] - outside) * fade;
-      if (in[x] > 0 && value > 0) out[x - area.minX] = value;
+      out[x - area.minX] = in[x] > 0 && value > 0 ? value : 0.0f;
     };
     const auto sampleAt = [&](int x) {
       const int x0 = x + fx;
@@ -235,7 +245,7 @@ void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Li
            std::max(lit.maxY, ey)};
   }
   if (lit.maxX < 0) return;
-  const MaskWindow soft = blurred(edge, sigma, lit);
+  const MaskWindow soft = blurred(std::move(edge), sigma, lit);
   const float peak = fade * float(C::specularOpacity);
   // The highlight stays inside the coverage's box.
   const int firstY = std::max(soft.top + area.minY, box->minY);

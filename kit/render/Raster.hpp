@@ -54,6 +54,8 @@ class Mask {
   using Values = std::vector<float, UninitializedAllocator<float>>;
   /// A mask holding `values`, row after row; there must be width × height of them.
   [[nodiscard]] static Mask fromValues(int width, int height, Values values);
+  /// The values, row after row, leaving the mask empty.
+  [[nodiscard]] Values releaseValues() && { return std::move(values_); }
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }

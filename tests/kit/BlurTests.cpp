@@ -3,6 +3,7 @@
 // and the bounds of masks that say where the effects work.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "kit/render/Blur.hpp"
@@ -118,6 +119,29 @@ TEST(Blur, RastersKeepColourWithinAlphaAndFlatAreasUnchanged) {
     const std::uint8_t* after = soft.row(60) + 4 * 60;
     EXPECT_NEAR(before[Raster::alpha] + after[Raster::alpha], 255, 3);
     EXPECT_NEAR(after[Raster::red] / double(after[Raster::alpha]), 250 / 255.0, 0.03) << "the colour is kept";
+  }
+}
+
+// A mask handed over to be blurred gives the values of the same mask blurred from a copy,
+// whether it becomes the result (a window of the whole mask at full size) or not.
+TEST(Blur, AMaskHandedOverBlursAsACopyDoes) {
+  Mask mask(40, 30);
+  for (int y = 8; y < 22; ++y) {
+    for (int x = 10; x < 31; ++x) mask.row(y)[x] = float((x * 7 + y * 3) % 10) / 9;
+  }
+  for (const double sigma : {0.2, 1.5, 2.5, 6.0}) {
+    SCOPED_TRACE(sigma);
+    for (const Mask::Box region : {Mask::Box{0, 0, 39, 29}, Mask::Box{10, 8, 30, 21}}) {
+      const MaskWindow copied = blurred(mask, sigma, region);
+      Mask handed = mask;
+      const MaskWindow moved = blurred(std::move(handed), sigma, region);
+      ASSERT_EQ(moved.box().minX, copied.box().minX);
+      ASSERT_EQ(moved.box().minY, copied.box().minY);
+      ASSERT_EQ(moved.box().maxX, copied.box().maxX);
+      ASSERT_EQ(moved.box().maxY, copied.box().maxY);
+      const auto a = moved.mask.values(), b = copied.mask.values();
+      EXPECT_TRUE(std::equal(a.begin(), a.end(), b.begin(), b.end()));
+    }
   }
 }
 
