@@ -253,6 +253,14 @@ struct MaskRows {
   float* row(int y) const { return mask.row(y); }
 };
 
+// Where streamed rows go: to the caller, one by one.
+struct HandedRows {
+  static constexpr bool direct = false;
+  const std::function<void(int y, const float* row)>& take;
+  int top;
+  void operator()(int y, const float* row) const { take(top + y, row); }
+};
+
 // Where a raster's blurred rows go: rounded into bytes, premultiplied colour kept within its alpha.
 struct RasterRows {
   static constexpr bool direct = false;
@@ -276,8 +284,12 @@ Mask::Box grown(const Mask::Box& box, int margin, int width, int height) {
           std::min(height - 1, box.maxY + margin)};
 }
 
+Mask::Box blurredArea(const Mask::Box& region, double sigma, int width, int height) {
+  return grown(region, blurMargin(std::max(sigma, 0.0)), width, height);
+}
+
 MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), mask.width(), mask.height());
+  const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
   const auto rowAt = [&](int y) { return mask.row(area.minY + y) + area.minX; };
   if (sigma >= 0.3 && reduction(sigma) == 1) {
@@ -296,7 +308,7 @@ MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
 }
 
 MaskWindow blurred(Mask&& mask, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), mask.width(), mask.height());
+  const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
   const bool whole = area.minX == 0 && area.minY == 0 && area.maxX == mask.width() - 1 && area.maxY == mask.height() - 1;
   if (!whole || sigma < 0.3 || reduction(sigma) != 1) return blurred(static_cast<const Mask&>(mask), sigma, region);
   // The window is the whole mask at full size: blurred in place.
@@ -306,8 +318,20 @@ MaskWindow blurred(Mask&& mask, double sigma, const Mask::Box& region) {
   return {Mask::fromValues(width, height, std::move(plane.values)), 0, 0};
 }
 
+void blurRows(const Mask& mask, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const float* row)>& take) {
+  const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
+  const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
+  const auto rowAt = [&](int y) { return mask.row(area.minY + y) + area.minX; };
+  if (sigma < 0.3) {
+    for (int y = 0; y < height; ++y) take(area.minY + y, rowAt(y));
+    return;
+  }
+  blurWindow<1>(width, height, sigma, rowAt, HandedRows{take, area.minY});
+}
+
 RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), raster.width(), raster.height());
+  const Mask::Box area = blurredArea(region, sigma, raster.width(), raster.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
   RasterWindow result{*Raster::create(width, height), area.minX, area.minY};
   const auto rowAt = [&](int y) { return raster.row(area.minY + y) + std::size_t(area.minX) * Raster::bytesPerPixel; };

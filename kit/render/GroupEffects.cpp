@@ -336,33 +336,27 @@ std::optional<Mask::Box> drawRim(Raster& raster, const Mask& coverage, const Lig
   const auto box = coverage.bounds(0);
   if (!box) return std::nullopt;
   const double width = C::glassRimWidth * pixelsPerPoint;
-  const MaskWindow soft = blurred(coverage, width, *box);
-  const Mask::Box reach = soft.box();
+  const Mask::Box reach = blurredArea(*box, width, coverage.width(), coverage.height());
   const Vector toward = light.towardLight();
   const float towardX = float(toward.dx), towardY = float(toward.dy);
   const float lightPeak = float(C::glassRimLight), shadePeak = float(C::glassRimShade);
-  // The blurred coverage over the box and one pixel around it, 0 beyond the window, so that
-  // every neighbour can be read without a test.
+  // The blurred coverage over the box and one pixel around it, 0 beyond the blur's window, so
+  // that every neighbour can be read without a test: three rows, each kept in the slot of its
+  // row number modulo 3 as the blur hands the rows over, and a row of zeros.
   const int count = box->maxX - box->minX + 1;
   const int groups = (count + 3) / 4;
   const std::size_t span = std::size_t(groups) * 4 + 2;
-  std::vector<float> rows(span * 3);
-  const auto loadRow = [&](int y, float* out) {
-    std::fill(out, out + span, 0.0f);
-    if (y < reach.minY || y > reach.maxY) return;
-    const float* in = soft.mask.row(y - soft.top);
-    const int first = std::max(box->minX - 1, reach.minX), last = std::min(box->maxX + 1, reach.maxX);
-    if (first <= last) std::copy(in + (first - soft.left), in + (last + 1 - soft.left), out + (first - box->minX + 1));
+  std::vector<float> rows(span * 4, 0.0f);
+  const float* zeros = rows.data() + 3 * span;
+  const auto blurredRow = [&](int y) -> const float* {
+    return y < reach.minY || y > reach.maxY ? zeros : rows.data() + std::size_t(y % 3) * span;
   };
-  float* above = rows.data();
-  float* here = above + span;
-  float* below = here + span;
-  loadRow(box->minY - 1, above);
-  loadRow(box->minY, here);
   // Four pixels at a time; the rows are padded so that the last four read only zeros.
   std::vector<float> padded(std::size_t(groups) * 4, 0.0f);
-  for (int y = box->minY; y <= box->maxY; ++y) {
-    loadRow(y + 1, below);
+  const auto drawRow = [&](int y) {
+    const float* above = blurredRow(y - 1);
+    const float* here = blurredRow(y);
+    const float* below = blurredRow(y + 1);
     const float* in = coverage.row(y) + box->minX;
     std::copy_n(in, count, padded.data());
     std::uint8_t* out = raster.row(y) + 4 * box->minX;
@@ -382,9 +376,18 @@ std::optional<Mask::Box> drawRim(Raster& raster, const Mask& coverage, const Lig
       const Float4 shade = shown ? rim * shadePeak * maximum(splat(0), -facing) : splat(0);
       lay(out + 4 * i, lit, shade, std::min(4, count - i));
     }
-    std::swap(above, here);
-    std::swap(here, below);
-  }
+  };
+  // Each row of the rim is drawn once the blurred row below it has come; those below the
+  // window after the last has.
+  int next = box->minY;
+  const int first = std::max(box->minX - 1, reach.minX), last = std::min(box->maxX + 1, reach.maxX);
+  blurRows(coverage, width, *box, [&](int y, const float* row) {
+    float* slot = rows.data() + std::size_t(y % 3) * span;
+    std::fill(slot, slot + span, 0.0f);
+    if (first <= last) std::copy(row + (first - reach.minX), row + (last + 1 - reach.minX), slot + (first - box->minX + 1));
+    for (; next <= box->maxY && next + 1 <= y; ++next) drawRow(next);
+  });
+  for (; next <= box->maxY; ++next) drawRow(next);
   return box;
 }
 

@@ -145,6 +145,31 @@ TEST(Blur, AMaskHandedOverBlursAsACopyDoes) {
   }
 }
 
+// Rows handed over one by one are the rows of the window blurred() keeps, each once and in
+// order, at full size, reduced and unblurred.
+TEST(Blur, RowsHandedOverAreTheWindowsRows) {
+  Mask mask(50, 40);
+  for (int y = 12; y < 30; ++y) {
+    for (int x = 15; x < 33; ++x) mask.row(y)[x] = float((x * 5 + y * 11) % 13) / 12;
+  }
+  const Mask::Box region{15, 12, 32, 29};
+  for (const double sigma : {0.2, 2.0, 5.0}) {
+    SCOPED_TRACE(sigma);
+    const MaskWindow kept = blurred(mask, sigma, region);
+    const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
+    EXPECT_EQ(area.minX, kept.left);
+    EXPECT_EQ(area.minY, kept.top);
+    int expected = area.minY, mismatches = 0;
+    blurRows(mask, sigma, region, [&](int y, const float* row) {
+      ASSERT_EQ(y, expected++);
+      const float* same = kept.mask.row(y - kept.top);
+      for (int x = 0; x < kept.mask.width(); ++x) mismatches += row[x] != same[x];
+    });
+    EXPECT_EQ(expected, area.maxY + 1);
+    EXPECT_EQ(mismatches, 0);
+  }
+}
+
 TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
   Mask mask(10, 8);
   EXPECT_FALSE(mask.bounds(0).has_value());
