@@ -262,16 +262,30 @@ struct HandedRows {
 };
 
 // Where a raster's blurred rows go: rounded into bytes, premultiplied colour kept within its alpha.
+void roundRow(const float* row, int width, std::uint8_t* out) {
+  for (int x = 0; x < width; ++x) {
+    const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
+    storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
+  }
+}
+
 struct RasterRows {
   static constexpr bool direct = false;
   Raster& raster;
   int width;
+  void operator()(int y, const float* row) const { roundRow(row, width, raster.row(y)); }
+};
+
+// The same rounded into one line and handed to the caller.
+struct HandedRasterRows {
+  static constexpr bool direct = false;
+  const std::function<void(int y, const std::uint8_t* row)>& take;
+  int top;
+  int width;
+  std::uint8_t* line;
   void operator()(int y, const float* row) const {
-    std::uint8_t* out = raster.row(y);
-    for (int x = 0; x < width; ++x) {
-      const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
-      storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
-    }
+    roundRow(row, width, line);
+    take(top + y, line);
   }
 };
 
@@ -328,6 +342,23 @@ void blurRows(const Mask& mask, double sigma, const Mask::Box& region,
     return;
   }
   blurWindow<1>(width, height, sigma, rowAt, HandedRows{take, area.minY});
+}
+
+void blurRows(const Raster& raster, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const std::uint8_t* row)>& take) {
+  const Mask::Box area = blurredArea(region, sigma, raster.width(), raster.height());
+  const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
+  const auto rowAt = [&](int y) { return raster.row(area.minY + y) + std::size_t(area.minX) * Raster::bytesPerPixel; };
+  // Handed rows are copies, so that the caller may write the raster as they come.
+  std::vector<std::uint8_t> line(std::size_t(width) * Raster::bytesPerPixel);
+  if (sigma < 0.3) {
+    for (int y = 0; y < height; ++y) {
+      std::copy_n(rowAt(y), line.size(), line.data());
+      take(area.minY + y, line.data());
+    }
+    return;
+  }
+  blurWindow<4>(width, height, sigma, rowAt, HandedRasterRows{take, area.minY, width, line.data()});
 }
 
 RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region) {

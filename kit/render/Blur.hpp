@@ -48,6 +48,11 @@ struct RasterWindow {
 void blurRows(const Mask& mask, double sigma, const Mask::Box& region,
               const std::function<void(int y, const float* row)>& take);
 
+/// The same for a raster. Every input row is read before the first is handed over, so the
+/// caller may write the raster's rows as they come.
+void blurRows(const Raster& raster, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const std::uint8_t* row)>& take);
+
 /// The window over which a blur of `sigma` pixels of what `region` holds is computed, within
 /// `width` × `height`.
 [[nodiscard]] Mask::Box blurredArea(const Mask::Box& region, double sigma, int width, int height);

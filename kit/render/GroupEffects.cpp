@@ -124,21 +124,20 @@ void drawShadow(Raster& canvas, const Raster& group, const Mask& coverage, const
   auto shade = Raster::create(area.maxX - area.minX + 1, area.maxY - area.minY + 1);
   if (!shade) return;
   if (shadow.kind == Shadow::Kind::layerColor) {
-    const RasterWindow soft = blurred(group, sigma, *box);
-    const Mask::Box reach = soft.box();
+    // The blurred colours row by row as the blur makes them; rows it does not reach stay clear.
+    const Mask::Box reach = blurredArea(*box, sigma, group.width(), group.height());
     const float darkening = float(C::layerColorShadowDarkening);
-    for (int y = area.minY; y <= area.maxY; ++y) {
-      const int sy = y - dy;
-      if (sy < reach.minY || sy > reach.maxY) continue;
-      const std::uint8_t* in = soft.raster.row(sy - soft.top);
+    blurRows(group, sigma, *box, [&](int sy, const std::uint8_t* in) {
+      const int y = sy + dy;
+      if (y < area.minY || y > area.maxY) return;
       const float* covered = coverage.row(y);
       std::uint8_t* out = shade->row(y - area.minY);
       for (int x = std::max(area.minX, reach.minX + dx); x <= std::min(area.maxX, reach.maxX + dx); ++x) {
         const float keep = opacity * (1 - covered[x]);
-        const Float4 value = loadPixel(in + 4 * (x - dx - soft.left)) * keep * Float4{darkening, darkening, darkening, 1};
+        const Float4 value = loadPixel(in + 4 * (x - dx - reach.minX)) * keep * Float4{darkening, darkening, darkening, 1};
         storeRoundedPixel(out + 4 * (x - area.minX), value);
       }
-    }
+    });
   } else {
     const MaskWindow soft = blurred(coverage, sigma, *box);
     for (int y = area.minY; y <= area.maxY; ++y) {
@@ -162,17 +161,19 @@ void blurBackdrop(Raster& canvas, const Mask& coverage, double strength, double 
   if (strength <= 0) return;
   const auto box = coverage.bounds(0);
   if (!box) return;
-  const RasterWindow soft = blurred(canvas, std::min(strength, 1.0) * C::maximumMaterialBlur * pixelsPerPoint, *box);
-  for (int y = box->minY; y <= box->maxY; ++y) {
+  // The blurred canvas row by row as the blur makes it, once it has read all it blurs.
+  const double sigma = std::min(strength, 1.0) * C::maximumMaterialBlur * pixelsPerPoint;
+  const int left = blurredArea(*box, sigma, canvas.width(), canvas.height()).minX;
+  blurRows(canvas, sigma, *box, [&](int y, const std::uint8_t* blurredRow) {
+    if (y < box->minY || y > box->maxY) return;
     std::uint8_t* row = canvas.row(y);
-    const std::uint8_t* blurredRow = soft.raster.row(y - soft.top);
     const float* t = coverage.row(y);
     for (int x = box->minX; x <= box->maxX; ++x) {
       if (t[x] <= 0) continue;
       std::uint8_t* p = row + 4 * x;
-      storeRoundedPixel(p, loadPixel(p) * (1 - t[x]) + loadPixel(blurredRow + 4 * (x - soft.left)) * t[x]);
+      storeRoundedPixel(p, loadPixel(p) * (1 - t[x]) + loadPixel(blurredRow + 4 * (x - left)) * t[x]);
     }
-  }
+  });
 }
 
 void drawSpecular(Raster& canvas, const Mask& coverage, double opacity, const Light& light, double pixelsPerPoint) {

@@ -170,6 +170,32 @@ TEST(Blur, RowsHandedOverAreTheWindowsRows) {
   }
 }
 
+// The same for a raster, even when the caller clears each row of the raster as it comes.
+TEST(Blur, RasterRowsHandedOverAreTheWindowsRows) {
+  Raster raster = *Raster::create(48, 36);
+  for (int y = 10; y < 26; ++y) {
+    for (int x = 12; x < 30; ++x) {
+      std::uint8_t* p = raster.row(y) + 4 * x;
+      p[Raster::alpha] = std::uint8_t(120 + (x * 7 + y) % 136);
+      p[Raster::red] = std::uint8_t(p[Raster::alpha] * ((x + y) % 5) / 4);
+    }
+  }
+  const Mask::Box region{12, 10, 29, 25};
+  for (const double sigma : {0.2, 2.0, 9.0}) {
+    SCOPED_TRACE(sigma);
+    const RasterWindow kept = blurred(raster, sigma, region);
+    Raster cleared = raster;
+    int expected = kept.top, mismatches = 0;
+    blurRows(cleared, sigma, region, [&](int y, const std::uint8_t* row) {
+      ASSERT_EQ(y, expected++);
+      std::fill_n(cleared.row(y), cleared.bytesPerRow(), std::uint8_t(0));
+      mismatches += !std::equal(row, row + kept.raster.bytesPerRow(), kept.raster.row(y - kept.top));
+    });
+    EXPECT_EQ(expected, kept.top + kept.raster.height());
+    EXPECT_EQ(mismatches, 0);
+  }
+}
+
 TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
   Mask mask(10, 8);
   EXPECT_FALSE(mask.bounds(0).has_value());
