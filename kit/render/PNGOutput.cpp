@@ -29,10 +29,13 @@ struct CompressorCloser {
   void operator()(libdeflate_compressor* compressor) const { libdeflate_free_compressor(compressor); }
 };
 
-std::optional<std::vector<std::uint8_t>> zlibCompressed(std::span<const std::uint8_t> data, int level) {
+// Bytes that are written before they are read, so not zeroed first.
+using Bytes = std::vector<std::uint8_t, UninitializedAllocator<std::uint8_t>>;
+
+std::optional<Bytes> zlibCompressed(std::span<const std::uint8_t> data, int level) {
   std::unique_ptr<libdeflate_compressor, CompressorCloser> compressor(libdeflate_alloc_compressor(level));
   if (!compressor) return std::nullopt;
-  std::vector<std::uint8_t> out(libdeflate_zlib_compress_bound(compressor.get(), data.size()));
+  Bytes out(libdeflate_zlib_compress_bound(compressor.get(), data.size()));
   const std::size_t length = libdeflate_zlib_compress(compressor.get(), data.data(), data.size(), out.data(), out.size());
   if (length == 0) return std::nullopt;
   out.resize(length);
@@ -53,9 +56,9 @@ void appendChunk(std::vector<std::uint8_t>& out, std::string_view type, std::spa
 }
 
 // The PNG scanlines of premultiplied BGRA pixels: straight RGBA, each row behind its filter byte.
-std::vector<std::uint8_t> filteredRows(std::span<const std::uint8_t> pixels, int width, int height) {
+Bytes filteredRows(std::span<const std::uint8_t> pixels, int width, int height) {
   const std::size_t rowBytes = std::size_t(width) * 4;
-  std::vector<std::uint8_t> out((rowBytes + 1) * std::size_t(height));
+  Bytes out((rowBytes + 1) * std::size_t(height));
   std::vector<std::uint8_t> straight(rowBytes);
   for (int y = 0; y < height; ++y) {
     const std::uint8_t* in = pixels.data() + rowBytes * std::size_t(y);
