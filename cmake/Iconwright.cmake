@@ -47,3 +47,32 @@ function(iconwright_test folder)
   gtest_discover_tests(${target} DISCOVERY_TIMEOUT 60
     PROPERTIES ENVIRONMENT "ICONWRIGHT_SHARED_DIR=${ICONWRIGHT_SHARED_DIR}")
 endfunction()
+
+# iconwright_runtime_library(<name> <target> <library name>)
+# A third-party library that the Foundation opens at run time instead of linking: the interface
+# target iw_<name>_headers gives <target>'s headers and ICONWRIGHT_<NAME>_SONAME, the name to
+# open (read from the library file found for <library name>). The Debian package holding that
+# file is added to ICONWRIGHT_RUNTIME_PACKAGES, for the package's Depends, which dpkg-shlibdeps
+# cannot see.
+function(iconwright_runtime_library name target library)
+  string(TOUPPER ${name} upper)
+  find_library(ICONWRIGHT_${upper}_LIBRARY_FILE ${library} REQUIRED)
+  find_program(ICONWRIGHT_READELF NAMES ${CMAKE_READELF} readelf REQUIRED)
+  execute_process(COMMAND ${ICONWRIGHT_READELF} -d ${ICONWRIGHT_${upper}_LIBRARY_FILE}
+                  OUTPUT_VARIABLE dynamic COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT dynamic MATCHES "Library soname: \\[([^]]+)\\]")
+    message(FATAL_ERROR "No soname in ${ICONWRIGHT_${upper}_LIBRARY_FILE}")
+  endif()
+  set(soname ${CMAKE_MATCH_1})
+  add_library(iw_${name}_headers INTERFACE)
+  target_include_directories(iw_${name}_headers INTERFACE $<TARGET_PROPERTY:${target},INTERFACE_INCLUDE_DIRECTORIES>)
+  target_compile_definitions(iw_${name}_headers INTERFACE ICONWRIGHT_${upper}_SONAME="${soname}")
+  get_filename_component(file ${ICONWRIGHT_${upper}_LIBRARY_FILE} REALPATH)
+  execute_process(COMMAND dpkg-query --search ${file} OUTPUT_VARIABLE owner RESULT_VARIABLE failed ERROR_QUIET)
+  if(NOT failed AND owner MATCHES "^([^:,]+)")
+    set(package ${CMAKE_MATCH_1})
+    execute_process(COMMAND dpkg-query --show --showformat=\${Version} ${package} OUTPUT_VARIABLE version)
+    string(REGEX REPLACE "-[^-]*$" "" version "${version}")
+    set_property(GLOBAL APPEND PROPERTY ICONWRIGHT_RUNTIME_PACKAGES "${package} (>= ${version})")
+  endif()
+endfunction()

@@ -13,6 +13,12 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Iconwright developers" CACHE STRING "Maintainer field of the Debian package")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# libheif is opened at run time, so dpkg-shlibdeps cannot see it.
+# libheif and the libraries of iconwright_runtime_library are opened at run time, so
+# dpkg-shlibdeps cannot see them.
+get_property(runtime_packages GLOBAL PROPERTY ICONWRIGHT_RUNTIME_PACKAGES)
+list(JOIN runtime_packages ", " runtime_packages)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libheif1 (>= ${libheif_VERSION})")
+if(runtime_packages)
+  string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", ${runtime_packages}")
+endif()
 include(CPack)

@@ -181,23 +181,52 @@ Image convertFromGray(const Image& image, const ColorSpace& source, const ColorS
 // Converted pixels remembered by their premultiplied value. Drawn artwork repeats few colours
 // (a layer of a million pixels holds some thousands), so most pixels are looked up rather than
 // unpremultiplied, transformed and premultiplied again; the answers are the transform's own.
+// The values a stretch misses are converted together, in one call of the transform.
 class ConvertedPixels {
  public:
   // Room for about one answer in eight of `pixelCount`, within 64 to 65536.
   ConvertedPixels(void* transform, std::size_t pixelCount)
       : transform_(transform), bits_(std::clamp(int(std::bit_width(pixelCount / 8)), 6, 16)), slots_(std::size_t(1) << bits_) {
     // Every slot starts as the answer for transparent black.
-    const Slot empty{0, convert(0)};
-    std::fill(slots_.begin(), slots_.end(), empty);
+    std::array<std::uint8_t, 4> black{};
+    convert(black);
+    std::uint32_t answer;
+    std::memcpy(&answer, black.data(), 4);
+    std::fill(slots_.begin(), slots_.end(), Slot{0, answer});
   }
 
-  std::uint32_t operator()(std::uint32_t pixel) {
-    Slot& slot = slots_[(pixel * 0x9E3779B1u) >> (32 - bits_)];
-    if (slot.pixel != pixel) {
-      slot = {pixel, convert(pixel)};
-      ++misses_;
+  /// Converts the `count` pixels at `pixels` in place.
+  void convertStretch(std::uint8_t* pixels, std::size_t count) {
+    // First the answers at hand; a value missed is given its slot at once, marked as waiting
+    // for the answer at its place in `waiting_`, so that it is converted once however often
+    // the stretch repeats it. A slot taken over by another value keeps the first one's place.
+    waiting_.clear();
+    waitingSlots_.clear();
+    places_.clear();
+    for (std::size_t i = 0; i < count; ++i) {
+      std::uint32_t value;
+      std::memcpy(&value, pixels + 4 * i, 4);
+      const std::size_t index = (value * 0x9E3779B1u) >> (32 - bits_);
+      Slot& slot = slots_[index];
+      if (slot.pixel != value) {
+        slot = {value, waitingMark(waiting_.size())};
+        waiting_.push_back(value);
+        waitingSlots_.push_back(std::uint32_t(index));
+        ++misses_;
+      }
+      if (isWaiting(slot.converted)) {
+        places_.push_back({std::uint32_t(i), slot.converted - 1});
+      } else {
+        std::memcpy(pixels + 4 * i, &slot.converted, 4);
+      }
     }
-    return slot.converted;
+    if (waiting_.empty()) return;
+    convert(std::span(reinterpret_cast<std::uint8_t*>(waiting_.data()), waiting_.size() * 4));
+    for (const auto& [index, answer] : places_) std::memcpy(pixels + 4 * std::size_t(index), &waiting_[answer], 4);
+    for (std::size_t k = 0; k < waiting_.size(); ++k) {
+      Slot& slot = slots_[waitingSlots_[k]];
+      if (slot.converted == waitingMark(k)) slot.converted = waiting_[k];
+    }
   }
 
   /// Answers not found since the last call.
@@ -207,20 +236,27 @@ class ConvertedPixels {
   struct Slot {
     std::uint32_t pixel, converted;
   };
+  struct Place {
+    std::uint32_t index, answer;
+  };
 
-  std::uint32_t convert(std::uint32_t pixel) const {
-    std::array<std::uint8_t, 4> bytes;
-    std::memcpy(bytes.data(), &pixel, 4);
+  // A slot waiting for the answer at place k holds k + 1 as its answer: a transparent pixel
+  // with colour, which no answer is (answers are premultiplied, and transparent ones black).
+  static std::uint32_t waitingMark(std::size_t k) { return std::uint32_t(k + 1); }
+  static bool isWaiting(std::uint32_t converted) { return converted != 0 && converted >> 24 == 0; }
+
+  void convert(std::span<std::uint8_t> bytes) const {
     unpremultiplyBGRA(bytes);
-    cmsDoTransform(transform_, bytes.data(), bytes.data(), 1);
+    cmsDoTransform(transform_, bytes.data(), bytes.data(), cmsUInt32Number(bytes.size() / 4));
     codecs::premultiplyBGRA(bytes);
-    std::memcpy(&pixel, bytes.data(), 4);
-    return pixel;
   }
 
   void* transform_;
   int bits_;
   std::vector<Slot> slots_;
+  std::vector<std::uint32_t> waiting_;       // values missed, then their answers
+  std::vector<std::uint32_t> waitingSlots_;  // the slot each was given
+  std::vector<Place> places_;                // pixels waiting, and whose answer they wait for
   std::size_t misses_ = 0;
 };
 
@@ -231,13 +267,27 @@ class ConvertedPixels {
 void convertRows(void* transform, std::uint8_t* pixels, int width, int height, std::size_t stride) {
   std::optional<ConvertedPixels> converted;
   bool convertsWholeRows = false;
+  // Clears the colour of the transparent pixel at `p`, if it has any; false if it is not transparent.
+  const auto clearedIfTransparent = [](std::uint8_t* p) {
+    if (p[3] != 0) return false;
+    if (p[0] | p[1] | p[2]) p[0] = p[1] = p[2] = 0;
+    return true;
+  };
+  // Whether the two pixels at `p` are transparent black, as most of an empty stretch is.
+  const auto bothClear = [](const std::uint8_t* p) {
+    std::uint64_t pair;
+    std::memcpy(&pair, p, 8);
+    return pair == 0;
+  };
   for (int y = 0; y < height; ++y) {
     std::uint8_t* row = pixels + std::size_t(y) * stride;
     int first = 0;
-    for (; first < width && row[4 * first + 3] == 0; ++first) row[4 * first] = row[4 * first + 1] = row[4 * first + 2] = 0;
+    while (first + 1 < width && bothClear(row + 4 * first)) first += 2;
+    while (first < width && clearedIfTransparent(row + 4 * first)) ++first;
     if (first == width) continue;
     int last = width - 1;
-    for (; row[4 * last + 3] == 0; --last) row[4 * last] = row[4 * last + 1] = row[4 * last + 2] = 0;
+    while (last - 1 > first && bothClear(row + 4 * (last - 1))) last -= 2;
+    while (clearedIfTransparent(row + 4 * last)) --last;
     const auto count = std::size_t(last - first + 1);
     if (convertsWholeRows) {
       const std::span<std::uint8_t> stretch(row + 4 * first, count * 4);
@@ -247,12 +297,7 @@ void convertRows(void* transform, std::uint8_t* pixels, int width, int height, s
       continue;
     }
     if (!converted) converted.emplace(transform, std::size_t(width) * std::size_t(height - y));
-    for (std::uint8_t* pixel = row + 4 * first; pixel <= row + 4 * last; pixel += 4) {
-      std::uint32_t value;
-      std::memcpy(&value, pixel, 4);
-      value = (*converted)(value);
-      std::memcpy(pixel, &value, 4);
-    }
+    converted->convertStretch(row + 4 * first, count);
     convertsWholeRows = count >= 64 && converted->takeMisses() * 2 > count;
   }
 }

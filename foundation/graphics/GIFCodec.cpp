@@ -1,6 +1,7 @@
 // GIF reading with giflib: the first frame, placed on a transparent canvas of the logical
 // screen size, with the transparent index of the graphic control block that precedes it.
 // Records are read one by one, so the later frames of an animation are never decoded.
+// giflib is opened when the first GIF is read.
 #include <gif_lib.h>
 
 #include <algorithm>
@@ -8,9 +9,23 @@
 #include <memory>
 
 #include "foundation/graphics/ImageCodecs.hpp"
+#include "foundation/graphics/LazyLibrary.hpp"
 
 namespace iconwright::codecs {
 namespace {
+
+struct GIFLibrary {
+#define ICONWRIGHT_GIF_FUNCTIONS(X)                                                         \
+  X(DGifOpen) X(DGifCloseFile) X(DGifGetRecordType) X(DGifGetExtension) X(DGifGetExtensionNext) \
+  X(DGifExtensionToGCB) X(DGifGetImageDesc) X(DGifGetLine)
+  ICONWRIGHT_LAZY_LIBRARY(GIFLibrary, ICONWRIGHT_GIF_SONAME, ICONWRIGHT_GIF_FUNCTIONS)
+#undef ICONWRIGHT_GIF_FUNCTIONS
+};
+
+const GIFLibrary* giflib() {
+  static const GIFLibrary library;
+  return library.loaded ? &library : nullptr;
+}
 
 struct Reader {
   std::span<const std::uint8_t> bytes;
@@ -29,7 +44,7 @@ int readBytes(GifFileType* gif, GifByteType* buffer, int count) {
 struct GifCloser {
   void operator()(GifFileType* gif) const {
     int error = 0;
-    DGifCloseFile(gif, &error);
+    giflib()->DGifCloseFile(gif, &error);
   }
 };
 
@@ -38,7 +53,7 @@ bool readIndices(GifFileType* gif, int width, int height, bool interlaced,
                  std::vector<GifPixelType>& indices) {
   indices.resize(std::size_t(width) * std::size_t(height));
   auto readRow = [&](int y) {
-    return DGifGetLine(gif, indices.data() + std::size_t(y) * std::size_t(width), width) ==
+    return giflib()->DGifGetLine(gif, indices.data() + std::size_t(y) * std::size_t(width), width) ==
            GIF_OK;
   };
   if (!interlaced) {
@@ -56,9 +71,10 @@ bool readIndices(GifFileType* gif, int width, int height, bool interlaced,
 }  // namespace
 
 std::optional<Image> decodeGIF(std::span<const std::uint8_t> bytes) {
+  if (giflib() == nullptr) return std::nullopt;
   Reader reader{bytes};
   int error = 0;
-  std::unique_ptr<GifFileType, GifCloser> gif(DGifOpen(&reader, readBytes, &error));
+  std::unique_ptr<GifFileType, GifCloser> gif(giflib()->DGifOpen(&reader, readBytes, &error));
   if (!gif) return std::nullopt;
   const int width = gif->SWidth, height = gif->SHeight;
   if (!Image::isAcceptableSize(width, height)) return std::nullopt;
@@ -66,24 +82,24 @@ std::optional<Image> decodeGIF(std::span<const std::uint8_t> bytes) {
   int transparentIndex = NO_TRANSPARENT_COLOR;
   for (;;) {
     GifRecordType type;
-    if (DGifGetRecordType(gif.get(), &type) != GIF_OK) return std::nullopt;
+    if (giflib()->DGifGetRecordType(gif.get(), &type) != GIF_OK) return std::nullopt;
     if (type == TERMINATE_RECORD_TYPE) return std::nullopt;  // no frame at all
     if (type == EXTENSION_RECORD_TYPE) {
       int code = 0;
       GifByteType* extension = nullptr;
-      if (DGifGetExtension(gif.get(), &code, &extension) != GIF_OK) return std::nullopt;
+      if (giflib()->DGifGetExtension(gif.get(), &code, &extension) != GIF_OK) return std::nullopt;
       if (code == GRAPHICS_EXT_FUNC_CODE && extension != nullptr) {
         GraphicsControlBlock control;
-        if (DGifExtensionToGCB(extension[0], extension + 1, &control) == GIF_OK)
+        if (giflib()->DGifExtensionToGCB(extension[0], extension + 1, &control) == GIF_OK)
           transparentIndex = control.TransparentColor;
       }
       while (extension != nullptr)
-        if (DGifGetExtensionNext(gif.get(), &extension) != GIF_OK) return std::nullopt;
+        if (giflib()->DGifGetExtensionNext(gif.get(), &extension) != GIF_OK) return std::nullopt;
       continue;
     }
     if (type != IMAGE_DESC_RECORD_TYPE) continue;
 
-    if (DGifGetImageDesc(gif.get()) != GIF_OK) return std::nullopt;
+    if (giflib()->DGifGetImageDesc(gif.get()) != GIF_OK) return std::nullopt;
     const GifImageDesc& frame = gif->Image;
     if (!Image::isAcceptableSize(frame.Width, frame.Height)) return std::nullopt;
     const ColorMapObject* map = frame.ColorMap != nullptr ? frame.ColorMap : gif->SColorMap;

@@ -1,7 +1,8 @@
 // JPEG reading with libjpeg. Any warning (a truncated or corrupt stream) counts as failure, so
 // a damaged file gives no image rather than a partly grey one. The EXIF orientation is
 // applied to the pixels, and CMYK pixels are converted to sRGB through their embedded
-// profile with lcms2 (by formula when there is none).
+// profile with lcms2 (by formula when there is none). libjpeg is opened when the first JPEG
+// is read.
 #include <csetjmp>
 #include <cstdio>
 #include <cstdlib>
@@ -15,9 +16,24 @@
 #include <vector>
 
 #include "foundation/graphics/ImageCodecs.hpp"
+#include "foundation/graphics/LazyLibrary.hpp"
 
 namespace iconwright::codecs {
 namespace {
+
+struct JPEGLibrary {
+#define ICONWRIGHT_JPEG_FUNCTIONS(X)                                                           \
+  X(jpeg_std_error) X(jpeg_CreateDecompress) X(jpeg_destroy_decompress) X(jpeg_mem_src)        \
+  X(jpeg_save_markers) X(jpeg_read_header) X(jpeg_read_icc_profile) X(jpeg_start_decompress) \
+  X(jpeg_read_scanlines) X(jpeg_finish_decompress)
+  ICONWRIGHT_LAZY_LIBRARY(JPEGLibrary, ICONWRIGHT_JPEG_SONAME, ICONWRIGHT_JPEG_FUNCTIONS)
+#undef ICONWRIGHT_JPEG_FUNCTIONS
+};
+
+const JPEGLibrary* libjpeg() {
+  static const JPEGLibrary library;
+  return library.loaded ? &library : nullptr;
+}
 
 struct ErrorManager {
   jpeg_error_mgr base;
@@ -56,7 +72,7 @@ void cmykToBGRA(std::uint8_t* row, std::size_t pixelCount, bool inverted) {
 std::vector<std::uint8_t> readProfile(jpeg_decompress_struct& info) {
   JOCTET* data = nullptr;
   unsigned length = 0;
-  const bool found = jpeg_read_icc_profile(&info, &data, &length) && data != nullptr;
+  const bool found = libjpeg()->jpeg_read_icc_profile(&info, &data, &length) && data != nullptr;
   std::vector<std::uint8_t> profile;
   if (found) profile.assign(data, data + length);
   std::free(data);
@@ -165,16 +181,16 @@ bool decodeInto(std::span<const std::uint8_t> bytes, jpeg_decompress_struct& inf
                 ErrorManager& errors, std::vector<std::uint8_t>& pixels,
                 std::vector<std::uint8_t>& profile, int& width, int& height, bool& gray, bool& isCMYK,
                 bool& cmykInverted, int& orientation) {
-  info.err = jpeg_std_error(&errors.base);
+  info.err = libjpeg()->jpeg_std_error(&errors.base);
   errors.base.error_exit = failDecoding;
   errors.base.emit_message = onMessage;
   errors.base.output_message = silentOutput;
   if (setjmp(errors.jump)) return false;
-  jpeg_create_decompress(&info);
-  jpeg_mem_src(&info, bytes.data(), static_cast<unsigned long>(bytes.size()));
-  jpeg_save_markers(&info, JPEG_APP0 + 1, 0xFFFF);
-  jpeg_save_markers(&info, JPEG_APP0 + 2, 0xFFFF);
-  if (jpeg_read_header(&info, TRUE) != JPEG_HEADER_OK) return false;
+  libjpeg()->jpeg_CreateDecompress(&info, JPEG_LIB_VERSION, sizeof(jpeg_decompress_struct));
+  libjpeg()->jpeg_mem_src(&info, bytes.data(), static_cast<unsigned long>(bytes.size()));
+  libjpeg()->jpeg_save_markers(&info, JPEG_APP0 + 1, 0xFFFF);
+  libjpeg()->jpeg_save_markers(&info, JPEG_APP0 + 2, 0xFFFF);
+  if (libjpeg()->jpeg_read_header(&info, TRUE) != JPEG_HEADER_OK) return false;
   if (!Image::isAcceptableSize(info.image_width, info.image_height)) return false;
   width = int(info.image_width);
   height = int(info.image_height);
@@ -183,14 +199,14 @@ bool decodeInto(std::span<const std::uint8_t> bytes, jpeg_decompress_struct& inf
   info.out_color_space = cmyk ? JCS_CMYK : JCS_EXT_BGRA;
   profile = readProfile(info);
   orientation = exifOrientation(info);
-  jpeg_start_decompress(&info);
+  libjpeg()->jpeg_start_decompress(&info);
   if (info.output_components != 4) return false;
   pixels.resize(std::size_t(width) * std::size_t(height) * 4);
   while (info.output_scanline < info.output_height) {
     JSAMPROW row = pixels.data() + std::size_t(info.output_scanline) * std::size_t(width) * 4;
-    if (jpeg_read_scanlines(&info, &row, 1) != 1) return false;
+    if (libjpeg()->jpeg_read_scanlines(&info, &row, 1) != 1) return false;
   }
-  jpeg_finish_decompress(&info);
+  libjpeg()->jpeg_finish_decompress(&info);
   cmykInverted = cmyk && info.saw_Adobe_marker;
   isCMYK = cmyk;
   return true;
@@ -199,6 +215,7 @@ bool decodeInto(std::span<const std::uint8_t> bytes, jpeg_decompress_struct& inf
 }  // namespace
 
 std::optional<Image> decodeJPEG(std::span<const std::uint8_t> bytes) {
+  if (libjpeg() == nullptr) return std::nullopt;
   jpeg_decompress_struct info{};
   ErrorManager errors{};
   std::vector<std::uint8_t> pixels, profile;
@@ -207,7 +224,7 @@ std::optional<Image> decodeJPEG(std::span<const std::uint8_t> bytes) {
   int orientation = 1;
   const bool decoded =
       decodeInto(bytes, info, errors, pixels, profile, width, height, gray, cmyk, inverted, orientation);
-  jpeg_destroy_decompress(&info);
+  libjpeg()->jpeg_destroy_decompress(&info);
   if (!decoded) return std::nullopt;
   if (cmyk) {
     // The pixels become RGB; the CMYK profile has served and no longer applies.

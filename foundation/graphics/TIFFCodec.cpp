@@ -1,5 +1,6 @@
 // TIFF reading with libtiff over the bytes in memory: the first page through the RGBA reader,
-// which hands over premultiplied pixels for associated and unassociated alpha alike.
+// which hands over premultiplied pixels for associated and unassociated alpha alike. libtiff
+// is opened when the first TIFF is read.
 #include <tiffio.h>
 
 #include <algorithm>
@@ -8,9 +9,24 @@
 #include <memory>
 
 #include "foundation/graphics/ImageCodecs.hpp"
+#include "foundation/graphics/LazyLibrary.hpp"
 
 namespace iconwright::codecs {
 namespace {
+
+struct TIFFLibrary {
+#define ICONWRIGHT_TIFF_FUNCTIONS(X)                                                               \
+  X(TIFFOpenOptionsAlloc) X(TIFFOpenOptionsFree) X(TIFFOpenOptionsSetErrorHandlerExtR)            \
+  X(TIFFOpenOptionsSetWarningHandlerExtR) X(TIFFOpenOptionsSetMaxSingleMemAlloc) X(TIFFClientOpenExt) \
+  X(TIFFClose) X(TIFFGetField) X(TIFFGetFieldDefaulted) X(TIFFRGBAImageOK) X(TIFFReadRGBAImageOriented)
+  ICONWRIGHT_LAZY_LIBRARY(TIFFLibrary, ICONWRIGHT_TIFF_SONAME, ICONWRIGHT_TIFF_FUNCTIONS)
+#undef ICONWRIGHT_TIFF_FUNCTIONS
+};
+
+const TIFFLibrary* libtiff() {
+  static const TIFFLibrary library;
+  return library.loaded ? &library : nullptr;
+}
 
 struct Source {
   std::span<const std::uint8_t> bytes;
@@ -60,50 +76,51 @@ int onError(TIFF*, void* userData, const char*, const char*, va_list) {
 int onWarning(TIFF*, void*, const char*, const char*, va_list) { return 1; }
 
 struct OptionsDeleter {
-  void operator()(TIFFOpenOptions* options) const { TIFFOpenOptionsFree(options); }
+  void operator()(TIFFOpenOptions* options) const { libtiff()->TIFFOpenOptionsFree(options); }
 };
 struct TIFFDeleter {
-  void operator()(TIFF* tiff) const { TIFFClose(tiff); }
+  void operator()(TIFF* tiff) const { libtiff()->TIFFClose(tiff); }
 };
 
 }  // namespace
 
 std::optional<Image> decodeTIFF(std::span<const std::uint8_t> bytes) {
+  if (libtiff() == nullptr) return std::nullopt;
   Source source{bytes};
-  std::unique_ptr<TIFFOpenOptions, OptionsDeleter> options(TIFFOpenOptionsAlloc());
+  std::unique_ptr<TIFFOpenOptions, OptionsDeleter> options(libtiff()->TIFFOpenOptionsAlloc());
   if (!options) return std::nullopt;
-  TIFFOpenOptionsSetErrorHandlerExtR(options.get(), onError, &source);
-  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), onWarning, &source);
+  libtiff()->TIFFOpenOptionsSetErrorHandlerExtR(options.get(), onError, &source);
+  libtiff()->TIFFOpenOptionsSetWarningHandlerExtR(options.get(), onWarning, &source);
   // Single allocations beyond the largest acceptable image are a hostile file.
-  TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(),
+  libtiff()->TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(),
                                       tmsize_t(Image::maximumPixelCount * Image::bytesPerPixel));
-  std::unique_ptr<TIFF, TIFFDeleter> tiff(TIFFClientOpenExt(
+  std::unique_ptr<TIFF, TIFFDeleter> tiff(libtiff()->TIFFClientOpenExt(
       "memory", "rm", &source, readProc, writeProc, seekProc, closeProc, sizeProc, mapProc,
       unmapProc, options.get()));
   if (!tiff || source.failed) return std::nullopt;
 
   std::uint32_t width = 0, height = 0;
-  if (!TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width) ||
-      !TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &height) ||
+  if (!libtiff()->TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &width) ||
+      !libtiff()->TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &height) ||
       !Image::isAcceptableSize(width, height))
     return std::nullopt;
   char message[1024];
-  if (!TIFFRGBAImageOK(tiff.get(), message)) return std::nullopt;
+  if (!libtiff()->TIFFRGBAImageOK(tiff.get(), message)) return std::nullopt;
 
   std::uint16_t photometric = PHOTOMETRIC_RGB;
-  TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_PHOTOMETRIC, &photometric);
+  libtiff()->TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_PHOTOMETRIC, &photometric);
   const bool gray = photometric == PHOTOMETRIC_MINISBLACK || photometric == PHOTOMETRIC_MINISWHITE;
   std::vector<std::uint8_t> profile;
   std::uint32_t profileLength = 0;
   void* profileData = nullptr;
-  if (TIFFGetField(tiff.get(), TIFFTAG_ICCPROFILE, &profileLength, &profileData) &&
+  if (libtiff()->TIFFGetField(tiff.get(), TIFFTAG_ICCPROFILE, &profileLength, &profileData) &&
       profileData != nullptr) {
     const auto* begin = static_cast<const std::uint8_t*>(profileData);
     profile.assign(begin, begin + profileLength);
   }
 
   std::vector<std::uint8_t> pixels(std::size_t(width) * height * 4);
-  if (!TIFFReadRGBAImageOriented(tiff.get(), width, height,
+  if (!libtiff()->TIFFReadRGBAImageOriented(tiff.get(), width, height,
                                  reinterpret_cast<std::uint32_t*>(pixels.data()),
                                  ORIENTATION_TOPLEFT, 1) ||
       source.failed)

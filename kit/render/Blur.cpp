@@ -21,6 +21,8 @@ struct Plane {
   Plane(int w, int h, bool zeroed) : width(w), height(h), values(std::size_t(w) * std::size_t(h) * C) {
     if (zeroed) std::fill(values.begin(), values.end(), 0.0f);
   }
+  // The values given, w × h × C of them.
+  Plane(int w, int h, Mask::Values given) : width(w), height(h), values(std::move(given)) {}
   [[nodiscard]] float* row(int y) { return values.data() + std::size_t(y) * std::size_t(width) * C; }
   [[nodiscard]] const float* row(int y) const { return values.data() + std::size_t(y) * std::size_t(width) * C; }
 };
@@ -69,14 +71,15 @@ void boxRows(Plane<C>& plane, std::vector<float>& lines, int radius) {
 }
 
 // The same down the columns, a whole row at a time so that memory is read in order and the
-// inner loops run over contiguous floats; `scratch` receives the result and is swapped in.
+// inner loops run over contiguous floats. In place: each row is kept in a ring of `radius` + 1
+// rows before it is overwritten, until it leaves the box.
 template <int C>
-void boxColumns(Plane<C>& plane, std::vector<float, UninitializedAllocator<float>>& scratch, std::vector<float>& sum,
-                int radius) {
+void boxColumns(Plane<C>& plane, std::vector<float>& ring, std::vector<float>& sum, int radius) {
   const float scale = 1.0f / float(2 * radius + 1);
   const std::size_t width = std::size_t(plane.width) * C;
   const int height = plane.height;
-  scratch.resize(plane.values.size());
+  const int slots = radius + 1;
+  ring.resize(width * std::size_t(slots));
   sum.assign(width, 0.0f);
   float* s = sum.data();
   for (int y = 0; y <= radius && y < height; ++y) {
@@ -84,18 +87,18 @@ void boxColumns(Plane<C>& plane, std::vector<float, UninitializedAllocator<float
     for (std::size_t x = 0; x < width; ++x) s[x] += r[x];
   }
   for (int y = 0; y < height; ++y) {
-    float* out = scratch.data() + std::size_t(y) * width;
+    float* out = plane.row(y);
+    std::copy_n(out, width, ring.data() + std::size_t(y % slots) * width);
     for (std::size_t x = 0; x < width; ++x) out[x] = s[x] * scale;
     if (y + radius + 1 < height) {
       const float* add = plane.row(y + radius + 1);
       for (std::size_t x = 0; x < width; ++x) s[x] += add[x];
     }
     if (y - radius >= 0) {
-      const float* drop = plane.row(y - radius);
+      const float* drop = ring.data() + std::size_t((y - radius) % slots) * width;
       for (std::size_t x = 0; x < width; ++x) s[x] -= drop[x];
     }
   }
-  plane.values.swap(scratch);
 }
 
 // Three boxes whose combined variance is that of the Gaussian: each box of width w adds
@@ -103,11 +106,10 @@ void boxColumns(Plane<C>& plane, std::vector<float, UninitializedAllocator<float
 template <int C>
 void gaussian(Plane<C>& plane, double sigma) {
   const int radius = std::max(1, int(std::lround((std::sqrt(4.0 * sigma * sigma + 1.0) - 1.0) / 2.0)));
-  std::vector<float> lines, sum;
-  std::vector<float, UninitializedAllocator<float>> scratch;  // written whole by each pass
+  std::vector<float> lines, ring, sum;
   for (int pass = 0; pass < 3; ++pass) {
     boxRows(plane, lines, radius);
-    boxColumns(plane, scratch, sum, radius);
+    boxColumns(plane, ring, sum, radius);
   }
 }
 
@@ -147,7 +149,18 @@ Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
       }
       continue;
     }
-    for (int block = 0; block < plane.width; ++block) {
+    int first = 0;
+    if constexpr (C == 1 && std::is_same_v<std::remove_cv_t<std::remove_pointer_t<decltype(in)>>, float>) {
+      // Four blocks of two at a time, each block's first value plus its second as below.
+      if (factor == 2) {
+        for (; 4 * first + 8 <= width; first += 4) {
+          const Float4 a = loadFloats(in + 2 * first), b = loadFloats(in + 2 * first + 4);
+          const Float4 sum = __builtin_shuffle(a, b, Int4{0, 2, 4, 6}) + __builtin_shuffle(a, b, Int4{1, 3, 5, 7});
+          storeFloats(out + first, loadFloats(out + first) + sum * scale);
+        }
+      }
+    }
+    for (int block = first; block < plane.width; ++block) {
       const int start = block << shift, end = std::min(start + factor, width);
       float sum[C] = {};
       for (int x = start; x < end; ++x) {
@@ -240,17 +253,39 @@ struct MaskRows {
   float* row(int y) const { return mask.row(y); }
 };
 
+// Where streamed rows go: to the caller, one by one.
+struct HandedRows {
+  static constexpr bool direct = false;
+  const std::function<void(int y, const float* row)>& take;
+  int top;
+  void operator()(int y, const float* row) const { take(top + y, row); }
+};
+
 // Where a raster's blurred rows go: rounded into bytes, premultiplied colour kept within its alpha.
+void roundRow(const float* row, int width, std::uint8_t* out) {
+  for (int x = 0; x < width; ++x) {
+    const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
+    storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
+  }
+}
+
 struct RasterRows {
   static constexpr bool direct = false;
   Raster& raster;
   int width;
+  void operator()(int y, const float* row) const { roundRow(row, width, raster.row(y)); }
+};
+
+// The same rounded into one line and handed to the caller.
+struct HandedRasterRows {
+  static constexpr bool direct = false;
+  const std::function<void(int y, const std::uint8_t* row)>& take;
+  int top;
+  int width;
+  std::uint8_t* line;
   void operator()(int y, const float* row) const {
-    std::uint8_t* out = raster.row(y);
-    for (int x = 0; x < width; ++x) {
-      const Float4 v = minimum(maximum(loadFloats(row + std::size_t(x) * 4) + 0.5f, splat(0)), splat(255));
-      storePixel(out + std::size_t(x) * 4, minimum(v, Float4{v[3], v[3], v[3], 255}));
-    }
+    roundRow(row, width, line);
+    take(top + y, line);
   }
 };
 
@@ -263,11 +298,21 @@ Mask::Box grown(const Mask::Box& box, int margin, int width, int height) {
           std::min(height - 1, box.maxY + margin)};
 }
 
+Mask::Box blurredArea(const Mask::Box& region, double sigma, int width, int height) {
+  return grown(region, blurMargin(std::max(sigma, 0.0)), width, height);
+}
+
 MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), mask.width(), mask.height());
+  const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
-  MaskWindow result{Mask::unset(width, height), area.minX, area.minY};
   const auto rowAt = [&](int y) { return mask.row(area.minY + y) + area.minX; };
+  if (sigma >= 0.3 && reduction(sigma) == 1) {
+    // At full size the blurred plane is the window's mask itself.
+    Plane<1> plane = load<1>(width, height, 1, rowAt);
+    gaussian(plane, sigma);
+    return {Mask::fromValues(width, height, std::move(plane.values)), area.minX, area.minY};
+  }
+  MaskWindow result{Mask::unset(width, height), area.minX, area.minY};
   if (sigma < 0.3) {
     for (int y = 0; y < height; ++y) std::copy_n(rowAt(y), width, result.mask.row(y));
     return result;
@@ -276,8 +321,48 @@ MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region) {
   return result;
 }
 
+MaskWindow blurred(Mask&& mask, double sigma, const Mask::Box& region) {
+  const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
+  const bool whole = area.minX == 0 && area.minY == 0 && area.maxX == mask.width() - 1 && area.maxY == mask.height() - 1;
+  if (!whole || sigma < 0.3 || reduction(sigma) != 1) return blurred(static_cast<const Mask&>(mask), sigma, region);
+  // The window is the whole mask at full size: blurred in place.
+  const int width = mask.width(), height = mask.height();
+  Plane<1> plane(width, height, std::move(mask).releaseValues());
+  gaussian(plane, sigma);
+  return {Mask::fromValues(width, height, std::move(plane.values)), 0, 0};
+}
+
+void blurRows(const Mask& mask, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const float* row)>& take) {
+  const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
+  const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
+  const auto rowAt = [&](int y) { return mask.row(area.minY + y) + area.minX; };
+  if (sigma < 0.3) {
+    for (int y = 0; y < height; ++y) take(area.minY + y, rowAt(y));
+    return;
+  }
+  blurWindow<1>(width, height, sigma, rowAt, HandedRows{take, area.minY});
+}
+
+void blurRows(const Raster& raster, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const std::uint8_t* row)>& take) {
+  const Mask::Box area = blurredArea(region, sigma, raster.width(), raster.height());
+  const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
+  const auto rowAt = [&](int y) { return raster.row(area.minY + y) + std::size_t(area.minX) * Raster::bytesPerPixel; };
+  // Handed rows are copies, so that the caller may write the raster as they come.
+  std::vector<std::uint8_t> line(std::size_t(width) * Raster::bytesPerPixel);
+  if (sigma < 0.3) {
+    for (int y = 0; y < height; ++y) {
+      std::copy_n(rowAt(y), line.size(), line.data());
+      take(area.minY + y, line.data());
+    }
+    return;
+  }
+  blurWindow<4>(width, height, sigma, rowAt, HandedRasterRows{take, area.minY, width, line.data()});
+}
+
 RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region) {
-  const Mask::Box area = grown(region, blurMargin(std::max(sigma, 0.0)), raster.width(), raster.height());
+  const Mask::Box area = blurredArea(region, sigma, raster.width(), raster.height());
   const int width = area.maxX - area.minX + 1, height = area.maxY - area.minY + 1;
   RasterWindow result{*Raster::create(width, height), area.minX, area.minY};
   const auto rowAt = [&](int y) { return raster.row(area.minY + y) + std::size_t(area.minX) * Raster::bytesPerPixel; };

@@ -6,6 +6,8 @@
 // threads. Pixels beyond the edges count as transparent.
 #pragma once
 
+#include <functional>
+
 #include "kit/render/Raster.hpp"
 
 namespace iconwright::kit {
@@ -35,8 +37,25 @@ struct RasterWindow {
 /// `region` grown by three standard deviations (within the mask), which is where a blur of
 /// what `region` holds can differ from 0. Input beyond that window counts as 0.
 [[nodiscard]] MaskWindow blurred(const Mask& mask, double sigma, const Mask::Box& region);
+/// The same from a mask that is no longer needed, which may become the result.
+[[nodiscard]] MaskWindow blurred(Mask&& mask, double sigma, const Mask::Box& region);
 /// Every channel of the premultiplied raster blurred alike, over the same window.
 [[nodiscard]] RasterWindow blurred(const Raster& raster, double sigma, const Mask::Box& region);
+
+/// The rows of the window `blurred(mask, sigma, region)` makes, handed one by one and in order
+/// to `take(y, row)` rather than kept: y is the mask's row, and row[0] the value at the
+/// window's left column (see blurredArea).
+void blurRows(const Mask& mask, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const float* row)>& take);
+
+/// The same for a raster. Every input row is read before the first is handed over, so the
+/// caller may write the raster's rows as they come.
+void blurRows(const Raster& raster, double sigma, const Mask::Box& region,
+              const std::function<void(int y, const std::uint8_t* row)>& take);
+
+/// The window over which a blur of `sigma` pixels of what `region` holds is computed, within
+/// `width` × `height`.
+[[nodiscard]] Mask::Box blurredArea(const Mask::Box& region, double sigma, int width, int height);
 
 /// How far beyond what it blurs a blur of `sigma` pixels reaches.
 [[nodiscard]] int blurMargin(double sigma);

@@ -67,4 +67,9 @@ void applyLighting(Raster& raster, const Mask& coverage, const Light& light);
 std::optional<Mask::Box> addGlassRim(Raster& overlay, const Mask& coverage, const Light& light,
                                      double pixelsPerPoint);
 
+/// The same rim straight over `target`, for a group whose one glass layer this is and which is
+/// composited at full opacity: the bytes are those of adding the rim to a transparent overlay
+/// and compositing that over `target`, without the overlay.
+void drawGlassRim(Raster& target, const Mask& coverage, const Light& light, double pixelsPerPoint);
+
 }  // namespace iconwright::kit

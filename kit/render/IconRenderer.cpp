@@ -69,9 +69,17 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   std::optional<Raster> glass;
   std::optional<Mask::Box> glassBox;  // where the glass overlay holds anything
   std::optional<Mask> bodyCoverage;   // the body's alpha, while it is known without reading it
+  // A group at full opacity with one glass layer draws that layer's rim straight onto the
+  // target at the end, from the layer's coverage, instead of through an overlay.
+  const auto& layers = group.layers();
+  const bool rimOntoTarget =
+      groupOpacity >= 1 && std::count_if(layers.begin(), layers.end(), [&](const auto& layer) {
+        return layer->shouldParticipateInRendering(slot) && layer->isGlass().effectiveValue(slot);
+      }) == 1;
+  std::optional<Mask> rimCoverage;
+  bool rimCoverageIsBody = false;  // then it is held by bodyCoverage
 
   const bool individualLighting = group.lighting().effectiveValue(slot) == Lighting::individual;
-  const auto& layers = group.layers();
   for (auto it = layers.rbegin(); it != layers.rend(); ++it) {
     const Layer& layer = **it;
     if (!layer.shouldParticipateInRendering(slot)) continue;
@@ -91,7 +99,8 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
     }
     Mask coverage = raster->alphaMask();
     if (individualLighting) applyLighting(*raster, coverage, light);
-    if (layer.isGlass().effectiveValue(slot)) {
+    const bool keepForRim = rimOntoTarget && layer.isGlass().effectiveValue(slot);
+    if (layer.isGlass().effectiveValue(slot) && !keepForRim) {
       if (!glass) glass = Raster::create(target.width(), target.height());
       if (glass) {
         if (const auto box = addGlassRim(*glass, coverage, light, pixelsPerPoint)) {
@@ -107,14 +116,22 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
       if (const auto box = coverage.bounds(0)) {
         Painter(*body).compositeWithin(*raster, *box, compositeOperator(layer.blendMode().effectiveValue(slot)),
                                        opacity);
+        if (rimCoverageIsBody) rimCoverage = std::move(bodyCoverage);
+        rimCoverageIsBody = false;
         bodyCoverage.reset();
       }
+      if (keepForRim) rimCoverage = std::move(coverage);
     } else {
       // Onto the transparent body every operator gives the layer itself, at its opacity: the
       // layer's own coverage when that is full (lighting leaves alpha as it is).
       if (const auto box = coverage.bounds(0)) raster->multiplyBy(opacity, *box);
       body = std::move(raster);
-      if (opacity >= 1) bodyCoverage = std::move(coverage);
+      if (opacity >= 1) {
+        bodyCoverage = std::move(coverage);
+        rimCoverageIsBody = keepForRim;
+      } else if (keepForRim) {
+        rimCoverage = std::move(coverage);
+      }
     }
   }
   if (!body) return;
@@ -132,6 +149,9 @@ void IconRenderer::renderGroup(Raster& target, const Group& group, const AffineT
   }
   if (group.specular().effectiveValue(slot)) drawSpecular(target, coverage, groupOpacity, light, pixelsPerPoint);
   if (glass && glassBox) painter.compositeWithin(*glass, *glassBox, CompositeOperator::over, groupOpacity);
+  if (rimCoverageIsBody || rimCoverage) {
+    drawGlassRim(target, rimCoverageIsBody ? coverage : *rimCoverage, light, pixelsPerPoint);
+  }
 }
 
 }  // namespace iconwright::kit

@@ -4,6 +4,7 @@
 // widened and narrowed with SSE2 where there is SSE2, which GCC does not find by itself.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <cstring>
 
@@ -32,6 +33,21 @@ inline Float4 loadPixel(const std::uint8_t* p) {
 #endif
 }
 
+/// The four pixels at `p` as floats, one vector a pixel.
+inline void loadPixels(const std::uint8_t* p, Float4 (&pixels)[4]) {
+#if defined(__SSE2__)
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+  const __m128i zero = _mm_setzero_si128();
+  const __m128i low = _mm_unpacklo_epi8(bytes, zero), high = _mm_unpackhi_epi8(bytes, zero);
+  pixels[0] = Float4(_mm_cvtepi32_ps(_mm_unpacklo_epi16(low, zero)));
+  pixels[1] = Float4(_mm_cvtepi32_ps(_mm_unpackhi_epi16(low, zero)));
+  pixels[2] = Float4(_mm_cvtepi32_ps(_mm_unpacklo_epi16(high, zero)));
+  pixels[3] = Float4(_mm_cvtepi32_ps(_mm_unpackhi_epi16(high, zero)));
+#else
+  for (int i = 0; i < 4; ++i) pixels[i] = loadPixel(p + 4 * i);
+#endif
+}
+
 /// Four floats at `p`, which needs no particular alignment.
 inline Float4 loadFloats(const float* p) {
   Float4 value;
@@ -54,8 +70,43 @@ inline void storePixel(std::uint8_t* p, Float4 value) {
 #endif
 }
 
-inline Float4 minimum(Float4 a, Float4 b) { return a < b ? a : b; }
-inline Float4 maximum(Float4 a, Float4 b) { return a > b ? a : b; }
+/// Truncates four pixels' values already in 0...255 (plus the 0.5 that rounds them) into `p`.
+inline void storePixels(std::uint8_t* p, const Float4 (&pixels)[4]) {
+#if defined(__SSE2__)
+  const __m128i low = _mm_packs_epi32(_mm_cvttps_epi32(__m128(pixels[0])), _mm_cvttps_epi32(__m128(pixels[1])));
+  const __m128i high = _mm_packs_epi32(_mm_cvttps_epi32(__m128(pixels[2])), _mm_cvttps_epi32(__m128(pixels[3])));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), _mm_packus_epi16(low, high));
+#else
+  for (int i = 0; i < 4; ++i) storePixel(p + 4 * i, pixels[i]);
+#endif
+}
+
+/// Values from 0 to 2^24 with their fractions dropped.
+inline Float4 wholePart(Float4 value) { return __builtin_convertvector(__builtin_convertvector(value, Int4), Float4); }
+
+inline Float4 squareRoot(Float4 value) {
+#if defined(__SSE2__)
+  return Float4(_mm_sqrt_ps(__m128(value)));
+#else
+  return Float4{std::sqrt(value[0]), std::sqrt(value[1]), std::sqrt(value[2]), std::sqrt(value[3])};
+#endif
+}
+
+// a < b ? a : b and a > b ? a : b, which is what SSE's minimum and maximum compute.
+inline Float4 minimum(Float4 a, Float4 b) {
+#if defined(__SSE2__)
+  return Float4(_mm_min_ps(__m128(a), __m128(b)));
+#else
+  return a < b ? a : b;
+#endif
+}
+inline Float4 maximum(Float4 a, Float4 b) {
+#if defined(__SSE2__)
+  return Float4(_mm_max_ps(__m128(a), __m128(b)));
+#else
+  return a > b ? a : b;
+#endif
+}
 inline Float4 splat(float value) { return Float4{value, value, value, value}; }
 
 }  // namespace iconwright::kit

@@ -51,6 +51,11 @@ class Mask {
   Mask(int width, int height, float value = 0);
   /// A mask whose values are left unset: the caller writes every one before reading any.
   [[nodiscard]] static Mask unset(int width, int height);
+  using Values = std::vector<float, UninitializedAllocator<float>>;
+  /// A mask holding `values`, row after row; there must be width × height of them.
+  [[nodiscard]] static Mask fromValues(int width, int height, Values values);
+  /// The values, row after row, leaving the mask empty.
+  [[nodiscard]] Values releaseValues() && { return std::move(values_); }
 
   [[nodiscard]] int width() const { return width_; }
   [[nodiscard]] int height() const { return height_; }
@@ -80,7 +85,15 @@ class Mask {
   [[nodiscard]] std::optional<Box> bounds(float threshold = 1.0f / 512) const;
 
  private:
+  friend class Raster;
+
   Mask(int width, int height, std::size_t count) : width_(width), height_(height), values_(count) {}
+  // The bounds of values that are all whole multiples of 1/255, found while they were written:
+  // then any value above 0 is also above the default threshold.
+  void knowBounds(std::optional<Box> box) {
+    foundBounds_[0] = FoundBounds{0, box};
+    foundBounds_[1] = FoundBounds{1.0f / 512, box};
+  }
 
   struct FoundBounds {
     float threshold;
@@ -89,7 +102,7 @@ class Mask {
 
   int width_;
   int height_;
-  std::vector<float, UninitializedAllocator<float>> values_;
+  Values values_;
   // The last answer for threshold 0 and for any other.
   mutable std::optional<FoundBounds> foundBounds_[2];
 };

@@ -62,6 +62,24 @@ TEST(ColorManagement, InPlaceConversionMatchesConvertedImage) {
   for (std::size_t i = 0; i < pixels.size(); ++i) EXPECT_EQ(pixels[i], expected.pixels()[i]) << "byte " << i;
   EXPECT_EQ(pixels[0], 0) << "stray colour of a transparent pixel";
 
+  // Wider rows, whose transparent black stretches are passed over two pixels at a time: stray
+  // colour and colours sit at every offset from either end, odd and even.
+  const int wide = 11;
+  for (int at = 0; at < wide; ++at) {
+    SCOPED_TRACE(at);
+    std::vector<std::uint8_t> row(std::size_t(wide) * 4 * 2, 0);
+    row[4 * std::size_t(at)] = 5;                                        // stray colour in the first row
+    row[4 * std::size_t(wide + at) + 1] = 60;                            // a colour in the second,
+    row[4 * std::size_t(wide + at) + 3] = 90;                            // translucent,
+    row[4 * std::size_t(wide + (wide - 1 - at)) + 2] = 7;                // and stray colour from the far end
+    const Image rows = *Image::create(wide, 2, row, ColorSpace::sRGB());
+    const Image convertedRows = convertedImage(rows, ColorSpace::displayP3());
+    ASSERT_TRUE(convertPixelsInPlace(row.data(), wide, 2, std::size_t(wide) * 4, ColorSpace::sRGB(),
+                                     ColorSpace::displayP3()));
+    EXPECT_TRUE(std::equal(row.begin(), row.end(), convertedRows.pixels().begin()));
+    EXPECT_EQ(row[4 * std::size_t(at)], 0);
+  }
+
   const std::vector<std::uint8_t> before = pixels;
   EXPECT_FALSE(convertPixelsInPlace(pixels.data(), width, height, std::size_t(width) * 4,
                                     ColorSpace::genericGrayGamma2_2(), ColorSpace::displayP3()));

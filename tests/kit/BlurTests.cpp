@@ -3,6 +3,7 @@
 // and the bounds of masks that say where the effects work.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "kit/render/Blur.hpp"
@@ -121,6 +122,80 @@ TEST(Blur, RastersKeepColourWithinAlphaAndFlatAreasUnchanged) {
   }
 }
 
+// A mask handed over to be blurred gives the values of the same mask blurred from a copy,
+// whether it becomes the result (a window of the whole mask at full size) or not.
+TEST(Blur, AMaskHandedOverBlursAsACopyDoes) {
+  Mask mask(40, 30);
+  for (int y = 8; y < 22; ++y) {
+    for (int x = 10; x < 31; ++x) mask.row(y)[x] = float((x * 7 + y * 3) % 10) / 9;
+  }
+  for (const double sigma : {0.2, 1.5, 2.5, 6.0}) {
+    SCOPED_TRACE(sigma);
+    for (const Mask::Box region : {Mask::Box{0, 0, 39, 29}, Mask::Box{10, 8, 30, 21}}) {
+      const MaskWindow copied = blurred(mask, sigma, region);
+      Mask handed = mask;
+      const MaskWindow moved = blurred(std::move(handed), sigma, region);
+      ASSERT_EQ(moved.box().minX, copied.box().minX);
+      ASSERT_EQ(moved.box().minY, copied.box().minY);
+      ASSERT_EQ(moved.box().maxX, copied.box().maxX);
+      ASSERT_EQ(moved.box().maxY, copied.box().maxY);
+      const auto a = moved.mask.values(), b = copied.mask.values();
+      EXPECT_TRUE(std::equal(a.begin(), a.end(), b.begin(), b.end()));
+    }
+  }
+}
+
+// Rows handed over one by one are the rows of the window blurred() keeps, each once and in
+// order, at full size, reduced and unblurred.
+TEST(Blur, RowsHandedOverAreTheWindowsRows) {
+  Mask mask(50, 40);
+  for (int y = 12; y < 30; ++y) {
+    for (int x = 15; x < 33; ++x) mask.row(y)[x] = float((x * 5 + y * 11) % 13) / 12;
+  }
+  const Mask::Box region{15, 12, 32, 29};
+  for (const double sigma : {0.2, 2.0, 5.0}) {
+    SCOPED_TRACE(sigma);
+    const MaskWindow kept = blurred(mask, sigma, region);
+    const Mask::Box area = blurredArea(region, sigma, mask.width(), mask.height());
+    EXPECT_EQ(area.minX, kept.left);
+    EXPECT_EQ(area.minY, kept.top);
+    int expected = area.minY, mismatches = 0;
+    blurRows(mask, sigma, region, [&](int y, const float* row) {
+      ASSERT_EQ(y, expected++);
+      const float* same = kept.mask.row(y - kept.top);
+      for (int x = 0; x < kept.mask.width(); ++x) mismatches += row[x] != same[x];
+    });
+    EXPECT_EQ(expected, area.maxY + 1);
+    EXPECT_EQ(mismatches, 0);
+  }
+}
+
+// The same for a raster, even when the caller clears each row of the raster as it comes.
+TEST(Blur, RasterRowsHandedOverAreTheWindowsRows) {
+  Raster raster = *Raster::create(48, 36);
+  for (int y = 10; y < 26; ++y) {
+    for (int x = 12; x < 30; ++x) {
+      std::uint8_t* p = raster.row(y) + 4 * x;
+      p[Raster::alpha] = std::uint8_t(120 + (x * 7 + y) % 136);
+      p[Raster::red] = std::uint8_t(p[Raster::alpha] * ((x + y) % 5) / 4);
+    }
+  }
+  const Mask::Box region{12, 10, 29, 25};
+  for (const double sigma : {0.2, 2.0, 9.0}) {
+    SCOPED_TRACE(sigma);
+    const RasterWindow kept = blurred(raster, sigma, region);
+    Raster cleared = raster;
+    int expected = kept.top, mismatches = 0;
+    blurRows(cleared, sigma, region, [&](int y, const std::uint8_t* row) {
+      ASSERT_EQ(y, expected++);
+      std::fill_n(cleared.row(y), cleared.bytesPerRow(), std::uint8_t(0));
+      mismatches += !std::equal(row, row + kept.raster.bytesPerRow(), kept.raster.row(y - kept.top));
+    });
+    EXPECT_EQ(expected, kept.top + kept.raster.height());
+    EXPECT_EQ(mismatches, 0);
+  }
+}
+
 TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
   Mask mask(10, 8);
   EXPECT_FALSE(mask.bounds(0).has_value());
@@ -142,6 +217,34 @@ TEST(MaskBounds, FollowTheValuesAsTheyAreWritten) {
   for (float& value : mask.values()) value = 0;
   EXPECT_FALSE(mask.bounds(0).has_value());
   EXPECT_FALSE(mask.bounds().has_value());
+}
+
+// The bounds an alpha mask brings with it agree with those sought in its values, at both
+// thresholds, including alpha 1 (the smallest above the default threshold) and empty rows.
+TEST(MaskBounds, AnAlphaMaskKnowsItsBoundsFromThePixels) {
+  auto raster = Raster::create(9, 7);
+  ASSERT_TRUE(raster.has_value());
+  EXPECT_FALSE(raster->alphaMask().bounds().has_value());
+  raster->row(1)[4 * 6 + Raster::alpha] = 1;
+  raster->row(4)[4 * 2 + Raster::alpha] = 255;
+  raster->row(4)[4 * 3 + Raster::blue] = 9;  // colour without alpha counts for nothing
+  raster->row(5)[4 * 8 + Raster::alpha] = 40;
+  const Mask mask = raster->alphaMask();
+  Mask sought = mask;
+  (void)sought.values();  // forgets the bounds, so that they are sought again
+  for (const float threshold : {0.0f, 1.0f / 512}) {
+    const auto known = mask.bounds(threshold), found = sought.bounds(threshold);
+    ASSERT_TRUE(known.has_value() && found.has_value());
+    EXPECT_EQ(known->minX, 2);
+    EXPECT_EQ(known->minY, 1);
+    EXPECT_EQ(known->maxX, 8);
+    EXPECT_EQ(known->maxY, 5);
+    EXPECT_EQ(found->minX, known->minX);
+    EXPECT_EQ(found->minY, known->minY);
+    EXPECT_EQ(found->maxX, known->maxX);
+    EXPECT_EQ(found->maxY, known->maxY);
+  }
+  EXPECT_EQ(mask.bounds(0.5f)->maxX, 2) << "other thresholds are sought in the values";
 }
 
 }  // namespace
