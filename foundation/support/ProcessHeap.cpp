@@ -10,6 +10,9 @@
 
 namespace iconwright {
 
+// The address sanitizer's allocator keeps a heap of its own, so there is nothing to set up.
+#if !defined(__SANITIZE_ADDRESS__)
+
 namespace {
 
 constexpr std::uintptr_t hugePage = std::uintptr_t{2} << 20;
@@ -45,10 +48,13 @@ void growAndAdvise(std::size_t bytes) {
 void prepareHeapForLargeWork(std::size_t bytes) {
   if (bytes <= reserved) return;
   reserved = bytes;
-#if !defined(__SANITIZE_ADDRESS__)
-  // (The address sanitizer's allocator keeps a heap of its own.)
   growAndAdvise(bytes);
-#endif
 }
+
+#else
+
+void prepareHeapForLargeWork(std::size_t) {}
+
+#endif
 
 }  // namespace iconwright
