@@ -5,6 +5,7 @@
 #include <cmath>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "foundation/assets/AssetFileVariant.hpp"
 #include "foundation/assets/SVGProcessing.hpp"
@@ -45,31 +46,46 @@ FileType bitmapFileType(ImageFormat format, std::span<const std::uint8_t> bytes)
   return FileType::heif();
 }
 
-/// A bitmap context of the document's canvas size, truncated to whole pixels, for drawing it
-/// as an image is drawn; absent when librsvg does not accept the document.
-std::optional<BitmapContext> canvasContext(const SVGDocument& document) {
+/// The document drawn at its canvas size, truncated to whole pixels; absent when librsvg does
+/// not accept it.
+std::optional<iconwright::Image> renderedSVG(const SVGDocument& document) {
   if (!document.isDrawable()) return std::nullopt;
   const Size canvas = document.canvasSize();
   auto context = BitmapContext::create(canvas.width, canvas.height);
-  if (context) context->scaleBy(1, 1);
-  return context;
-}
-
-/// The document drawn at its canvas size.
-std::optional<iconwright::Image> renderedSVG(const SVGDocument& document) {
-  auto context = canvasContext(document);
   if (!context) return std::nullopt;
+  context->scaleBy(1, 1);
   document.draw(*context);
   return context->makeImage();
 }
 
+/// Masks of canvases up to this size are drawn into a raster that each thread keeps for the
+/// next: drawing mask after mask then reuses memory that other allocations would otherwise
+/// take in between, instead of faulting in fresh pages every time.
+constexpr std::size_t keptCoverageRasterBytes = std::size_t{16} << 20;
+
 /// The coverage of renderedSVG as a mask: drawn without converting colours, which never
 /// changes alpha, and without making the image.
 std::optional<HitMask> renderedSVGCoverage(const SVGDocument& document) {
-  auto context = canvasContext(document);
+  if (!document.isDrawable()) return std::nullopt;
+  const Size canvas = document.canvasSize();
+  // As BitmapContext::create sizes a raster.
+  if (!(canvas.width >= 1 && canvas.height >= 1)) return std::nullopt;
+  if (canvas.width > double(iconwright::Image::maximumDimension) ||
+      canvas.height > double(iconwright::Image::maximumDimension))
+    return std::nullopt;
+  const int width = int(canvas.width), height = int(canvas.height);
+  if (!iconwright::Image::isAcceptableSize(width, height)) return std::nullopt;
+  const std::size_t size = std::size_t(width) * std::size_t(height) * iconwright::Image::bytesPerPixel;
+  static thread_local std::vector<std::uint8_t> kept;
+  std::vector<std::uint8_t> temporary;
+  std::vector<std::uint8_t>& raster = size <= keptCoverageRasterBytes ? kept : temporary;
+  raster.assign(size, 0);
+  auto context = BitmapContext::createOnBuffer(raster, width, height, ColorSpace::displayP3(),
+                                               BitmapContext::BufferContents::transparent);
   if (!context) return std::nullopt;
+  context->scaleBy(1, 1);
   document.drawCoverage(*context);
-  return HitMask::fromPixels(context->pixelRows(), context->bytesPerRow(), context->width(), context->height());
+  return HitMask::fromPixels(raster.data(), std::size_t(width) * iconwright::Image::bytesPerPixel, width, height);
 }
 
 }  // namespace
