@@ -67,10 +67,10 @@ class Image {
   ColorSpace colorSpace_;
 };
 
-/// c × a / 255 rounded to nearest, for 8-bit straight colour c and alpha a.
 /// Writes the alpha byte of each of `count` BGRA pixels to `alpha`.
 void copyAlphaOfPixels(const std::uint8_t* pixels, std::size_t count, std::uint8_t* alpha);
 
+/// c × a / 255 rounded to nearest, for 8-bit straight colour c and alpha a.
 [[nodiscard]] constexpr std::uint8_t premultiplyComponent(unsigned c, unsigned a) {
   const unsigned t = c * a + 128;
   return std::uint8_t((t + (t >> 8)) >> 8);

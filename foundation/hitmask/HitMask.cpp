@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cstdint>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -188,7 +188,7 @@ HitMask HitMask::fromPixels(const std::uint8_t* pixels, std::size_t bytesPerRow,
 HitMask opaqueGenericGrayGamma2_2HitMask(const Image& image) { return HitMask::fromImage(image); }
 
 std::vector<std::uint8_t> HitMask::bytes() const {
-  if (window_.x == 0 && window_.y == 0 && window_.width == width_ && window_.height == height_) return bytes_;
+  if (storesWholeRaster()) return bytes_;
   std::vector<std::uint8_t> all(checkedPixelCount(width_, height_), 0);
   const std::size_t windowWidth = std::size_t(window_.width);
   for (int y = 0; y < window_.height; ++y) {
@@ -200,7 +200,7 @@ std::vector<std::uint8_t> HitMask::bytes() const {
 
 void HitMask::widenToWholeRaster() {
   windowIsTight_ = false;
-  if (window_ == Window{0, 0, width_, height_}) return;
+  if (storesWholeRaster()) return;
   bytes_ = bytes();
   window_ = {0, 0, width_, height_};
 }

@@ -126,6 +126,7 @@ class HitMask {
   [[nodiscard]] std::size_t index(int x, int y) const {
     return std::size_t(y - window_.y) * std::size_t(window_.width) + std::size_t(x - window_.x);
   }
+  [[nodiscard]] bool storesWholeRaster() const { return window_ == Window{0, 0, width_, height_}; }
   /// Stores the whole raster from now on.
   void widenToWholeRaster();
 
