@@ -155,7 +155,7 @@ Plane<C> load(int width, int height, int factor, const RowAt& rowAt) {
       if (factor == 2) {
         for (; 4 * first + 8 <= width; first += 4) {
           const Float4 a = loadFloats(in + 2 * first), b = loadFloats(in + 2 * first + 4);
-          const Float4 sum = __builtin_shuffle(a, b, Int4{0, 2, 4, 6}) + __builtin_shuffle(a, b, Int4{1, 3, 5, 7});
+          const Float4 sum = shuffle<0, 2, 4, 6>(a, b) + shuffle<1, 3, 5, 7>(a, b);
           storeFloats(out + first, loadFloats(out + first) + sum * scale);
         }
       }

@@ -18,6 +18,16 @@ typedef float Float4 __attribute__((vector_size(16)));
 typedef std::int32_t Int4 __attribute__((vector_size(16)));
 typedef std::uint8_t Byte4 __attribute__((vector_size(4)));
 
+/// The lanes I0...I3 of `a` followed by `b` (0–3 from a, 4–7 from b).
+template <int I0, int I1, int I2, int I3>
+[[gnu::always_inline]] inline Float4 shuffle(Float4 a, Float4 b) {
+#if defined(__clang__)
+  return __builtin_shufflevector(a, b, I0, I1, I2, I3);
+#else
+  return __builtin_shuffle(a, b, Int4{I0, I1, I2, I3});
+#endif
+}
+
 /// The four bytes of the pixel at `p` as floats.
 inline Float4 loadPixel(const std::uint8_t* p) {
 #if defined(__SSE2__)

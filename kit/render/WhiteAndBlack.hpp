@@ -26,10 +26,10 @@ namespace iconwright::kit {
   }
   Float4 values[4];
   loadPixels(p, values);
-  values[0] = minimum(splat(255), values[0] * keep[0] + __builtin_shuffle(white, alpha, Int4{0, 0, 0, 4}));
-  values[1] = minimum(splat(255), values[1] * keep[1] + __builtin_shuffle(white, alpha, Int4{1, 1, 1, 5}));
-  values[2] = minimum(splat(255), values[2] * keep[2] + __builtin_shuffle(white, alpha, Int4{2, 2, 2, 6}));
-  values[3] = minimum(splat(255), values[3] * keep[3] + __builtin_shuffle(white, alpha, Int4{3, 3, 3, 7}));
+  values[0] = minimum(splat(255), values[0] * keep[0] + shuffle<0, 0, 0, 4>(white, alpha));
+  values[1] = minimum(splat(255), values[1] * keep[1] + shuffle<1, 1, 1, 5>(white, alpha));
+  values[2] = minimum(splat(255), values[2] * keep[2] + shuffle<2, 2, 2, 6>(white, alpha));
+  values[3] = minimum(splat(255), values[3] * keep[3] + shuffle<3, 3, 3, 7>(white, alpha));
   storePixels(p, values);
   if (count < 4) std::memcpy(pixels, partial, std::size_t(4 * count));
 }
@@ -72,10 +72,11 @@ namespace iconwright::kit {
 #else
   Float4 values[4];
   loadPixels(p, values);
-  const Int4 lanes[4] = {{0, 0, 0, 4}, {1, 1, 1, 5}, {2, 2, 2, 6}, {3, 3, 3, 7}};
+  const Float4 overlays[4] = {shuffle<0, 0, 0, 4>(white, alpha), shuffle<1, 1, 1, 5>(white, alpha),
+                              shuffle<2, 2, 2, 6>(white, alpha), shuffle<3, 3, 3, 7>(white, alpha)};
   for (int k = 0; k < 4; ++k) {
     const Float4 kept = wholePart((values[k] * keep[k] + 128) * 257 * (1.0f / 65536));
-    values[k] = minimum(splat(255), __builtin_shuffle(white, alpha, lanes[k]) + kept);
+    values[k] = minimum(splat(255), overlays[k] + kept);
   }
   storePixels(p, values);
 #endif
