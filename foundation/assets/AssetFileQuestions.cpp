@@ -58,13 +58,12 @@ std::optional<iconwright::Image> renderedSVG(const SVGDocument& document) {
   return context->makeImage();
 }
 
-/// Masks of canvases up to this size are drawn into a raster that each thread keeps for the
-/// next: drawing mask after mask then reuses memory that other allocations would otherwise
-/// take in between, instead of faulting in fresh pages every time.
+/// Coverage rasters up to this size are kept by each thread for the next mask, all zero
+/// between uses: drawing mask after mask then neither clears a fresh raster nor faults in
+/// fresh pages.
 constexpr std::size_t keptCoverageRasterBytes = std::size_t{16} << 20;
 
-/// The coverage of renderedSVG as a mask: drawn without converting colours, which never
-/// changes alpha, and without making the image.
+/// The coverage of renderedSVG as a mask, drawn without colours.
 std::optional<HitMask> renderedSVGCoverage(const SVGDocument& document) {
   if (!document.isDrawable()) return std::nullopt;
   const Size canvas = document.canvasSize();
@@ -75,17 +74,27 @@ std::optional<HitMask> renderedSVGCoverage(const SVGDocument& document) {
     return std::nullopt;
   const int width = int(canvas.width), height = int(canvas.height);
   if (!iconwright::Image::isAcceptableSize(width, height)) return std::nullopt;
-  const std::size_t size = std::size_t(width) * std::size_t(height) * iconwright::Image::bytesPerPixel;
-  static thread_local std::vector<std::uint8_t> kept;
-  std::vector<std::uint8_t> temporary;
-  std::vector<std::uint8_t>& raster = size <= keptCoverageRasterBytes ? kept : temporary;
-  raster.assign(size, 0);
-  auto context = BitmapContext::createOnBuffer(raster, width, height, ColorSpace::displayP3(),
-                                               BitmapContext::BufferContents::transparent);
-  if (!context) return std::nullopt;
-  context->scaleBy(1, 1);
-  document.drawCoverage(*context);
-  return HitMask::fromPixels(raster.data(), std::size_t(width) * iconwright::Image::bytesPerPixel, width, height);
+  const std::size_t bytesPerRow = (std::size_t(width) + 3) & ~std::size_t{3};
+  const std::size_t size = bytesPerRow * std::size_t(height);
+  struct KeptRaster {
+    std::vector<std::uint8_t> bytes;
+    bool isClear = true;  // false while in use, and after a use that did not end
+  };
+  static thread_local KeptRaster kept;
+  KeptRaster temporary;
+  KeptRaster& raster = size <= keptCoverageRasterBytes ? kept : temporary;
+  if (!raster.isClear) raster.bytes.assign(raster.bytes.size(), 0);
+  if (raster.bytes.size() < size) raster.bytes.resize(size, 0);
+  raster.isClear = false;
+  if (!document.drawCoverage(raster.bytes.data(), bytesPerRow, width, height)) {
+    raster.bytes.assign(raster.bytes.size(), 0);
+    raster.isClear = true;
+    return std::nullopt;
+  }
+  // Taking the coverage clears it, and padding past each row's width is never drawn.
+  HitMask mask = HitMask::takeCoverage(raster.bytes.data(), bytesPerRow, width, height);
+  raster.isClear = true;
+  return mask;
 }
 
 }  // namespace

@@ -187,8 +187,7 @@ std::optional<BitmapContext> BitmapContext::create(double width, double height,
 }
 
 std::optional<BitmapContext> BitmapContext::createOnBuffer(std::span<std::uint8_t> buffer, int width,
-                                                           int height, ColorSpace colorSpace,
-                                                           BufferContents contents) {
+                                                           int height, ColorSpace colorSpace) {
   if (!Image::isAcceptableSize(width, height) || colorSpace.model() != ColorSpace::Model::rgb ||
       buffer.size() < std::size_t(width) * std::size_t(height) * 4 ||
       cairo_format_stride_for_width(CAIRO_FORMAT_ARGB32, width) != width * 4)
@@ -196,7 +195,6 @@ std::optional<BitmapContext> BitmapContext::createOnBuffer(std::span<std::uint8_
   auto impl = std::make_unique<Impl>();
   impl->surface = makeSurface(
       cairo_image_surface_create_for_data(buffer.data(), CAIRO_FORMAT_ARGB32, width, height, width * 4));
-  impl->untouched = contents == BufferContents::transparent;
   return onSurface(std::move(impl), width, height, std::move(colorSpace));
 }
 

@@ -40,18 +40,13 @@ class BitmapContext {
   [[nodiscard]] static std::optional<BitmapContext> create(
       double width, double height, ColorSpace colorSpace = ColorSpace::displayP3());
 
-  /// What a buffer holds when a context is made on it: `transparent` promises all zeros, so
-  /// that the first drawing need not read the buffer back to find out.
-  enum class BufferContents { unknown, transparent };
-
   /// A BGRA raster drawing into `buffer`: `width` × 4 bytes a row, top row first, premultiplied
   /// pixels in `colorSpace`. The buffer's bytes are the starting picture and hold the drawing
   /// after every drawing call; it must outlive the context. Absent as for `create`, or when the
   /// buffer is shorter than width × height × 4.
   [[nodiscard]] static std::optional<BitmapContext> createOnBuffer(std::span<std::uint8_t> buffer, int width,
                                                                    int height,
-                                                                   ColorSpace colorSpace = ColorSpace::displayP3(),
-                                                                   BufferContents contents = BufferContents::unknown);
+                                                                   ColorSpace colorSpace = ColorSpace::displayP3());
 
   /// A gray raster drawing into `buffer`: `width` bytes a row, top row first, one gray byte a
   /// pixel with no alpha (0 black, 255 white). The buffer's bytes are the starting picture and

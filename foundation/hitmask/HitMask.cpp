@@ -97,43 +97,6 @@ void runNeighbourPass(std::vector<std::uint8_t>& bytes, int width, int height, P
   }
 }
 
-constexpr std::uint64_t alphaBytes = 0xFF000000FF000000u;  // of two little-endian BGRA pixels
-
-/// Whether any of the 16 BGRA pixels at `pixels` has a non-zero alpha: eight words ORed, which
-/// the compiler turns into vector loads.
-bool blockHasAlpha(const std::uint8_t* pixels) {
-  std::uint64_t words[8];
-  std::memcpy(words, pixels, sizeof words);
-  std::uint64_t any = 0;
-  for (const std::uint64_t word : words) any |= word;
-  return (any & alphaBytes) != 0;
-}
-
-/// The first of the BGRA pixels [from, to) with a non-zero alpha, or `to`.
-std::size_t firstAlphaPixel(const std::uint8_t* pixels, std::size_t from, std::size_t to) {
-  std::size_t x = from;
-  if constexpr (std::endian::native == std::endian::little) {
-    while (x + 16 <= to && !blockHasAlpha(pixels + 4 * x)) x += 16;
-  }
-  for (; x < to; ++x) {
-    if (pixels[4 * x + 3] != 0) return x;
-  }
-  return to;
-}
-
-/// The last of the BGRA pixels [from, to) with a non-zero alpha, or `from` when there is none
-/// (so that a running maximum started at `from` stays).
-std::size_t lastAlphaPixel(const std::uint8_t* pixels, std::size_t from, std::size_t to) {
-  std::size_t x = to;
-  if constexpr (std::endian::native == std::endian::little) {
-    while (x >= from + 16 && !blockHasAlpha(pixels + 4 * (x - 16))) x -= 16;
-  }
-  for (; x > from; --x) {
-    if (pixels[4 * (x - 1) + 3] != 0) return x - 1;
-  }
-  return from;
-}
-
 }  // namespace
 
 std::uint8_t coverageByte(double coverage) {
@@ -156,31 +119,32 @@ HitMask HitMask::fromImage(const Image& image) {
   return mask;
 }
 
-HitMask HitMask::fromPixels(const std::uint8_t* pixels, std::size_t bytesPerRow, int width, int height) {
+HitMask HitMask::takeCoverage(std::uint8_t* raster, std::size_t bytesPerRow, int width, int height) {
   checkedPixelCount(width, height);
   HitMask mask(std::vector<std::uint8_t>(), 0, 0);
   mask.width_ = width;
   mask.height_ = height;
   mask.windowIsTight_ = true;
-  const auto row = [&](int y) { return pixels + std::size_t(y) * bytesPerRow; };
+  const auto row = [&](int y) { return raster + std::size_t(y) * bytesPerRow; };
   const std::size_t count = std::size_t(width);
   int top = 0;
-  while (top < height && firstAlphaPixel(row(top), 0, count) == count) ++top;
+  while (top < height && !bytescan::anyNonZero(row(top), count)) ++top;
   if (top == height) return mask;  // nothing covered: an empty window
   int bottom = height - 1;
-  while (firstAlphaPixel(row(bottom), 0, count) == count) --bottom;
+  while (!bytescan::anyNonZero(row(bottom), count)) --bottom;
   // Only the columns outside the box found so far can widen it.
   std::size_t left = count, right = 0;
   for (int y = top; y <= bottom; ++y) {
-    left = firstAlphaPixel(row(y), 0, left);
-    right = lastAlphaPixel(row(y), right, count);
+    left = bytescan::firstNonZero(row(y), 0, left);
+    const std::size_t last = bytescan::lastNonZero(row(y), right + 1, count);
+    if (last != count) right = last;
   }
   mask.window_ = {int(left), top, int(right - left + 1), bottom - top + 1};
   const std::size_t windowWidth = right - left + 1;
   mask.bytes_.resize(windowWidth * std::size_t(mask.window_.height));
   for (int y = top; y <= bottom; ++y) {
-    copyAlphaOfPixels(row(y) + Image::bytesPerPixel * left, windowWidth,
-                      mask.bytes_.data() + std::size_t(y - top) * windowWidth);
+    std::memcpy(mask.bytes_.data() + std::size_t(y - top) * windowWidth, row(y) + left, windowWidth);
+    std::memset(row(y) + left, 0, windowWidth);
   }
   return mask;
 }

@@ -4,7 +4,7 @@
 // (RectangleIntersector.hpp) are built on it. Coordinates are pixel indices, (0, 0) being the
 // first byte. A plain value: copies share nothing.
 //
-// Only a window of the raster is stored; every pixel outside it is 0. A mask made by fromPixels
+// Only a window of the raster is stored; every pixel outside it is 0. A mask made by takeCoverage
 // keeps just the box of its covered pixels, so a small shape on a large canvas costs little
 // memory; the other ways keep the whole raster, and so does any mask once something widens it
 // (setting coverage, blurring).
@@ -43,10 +43,11 @@ class HitMask {
   /// white through the image as a clip mask over black leaves in an 8-bit gray raster. Colours
   /// don't matter. The whole raster is stored.
   [[nodiscard]] static HitMask fromImage(const Image& image);
-  /// The same for premultiplied BGRA pixels in rows `bytesPerRow` apart, storing only the box
-  /// of the covered pixels (found first, so the pixels are read one and a bit times).
-  /// Requires: width, height ≥ 0 and bytesPerRow ≥ 4 × width.
-  [[nodiscard]] static HitMask fromPixels(const std::uint8_t* pixels, std::size_t bytesPerRow, int width, int height);
+  /// Takes the coverage bytes out of a raster whose rows are `bytesPerRow` apart, storing only
+  /// the box of the covered pixels, and leaves every byte it read 0 (so a raster kept for the
+  /// next drawing needs no clearing). Bytes past `width` in a row are neither read nor cleared.
+  /// Requires: width, height ≥ 0 and bytesPerRow ≥ width.
+  [[nodiscard]] static HitMask takeCoverage(std::uint8_t* raster, std::size_t bytesPerRow, int width, int height);
 
   /// Every byte of the raster, row by row.
   [[nodiscard]] std::vector<std::uint8_t> bytes() const;

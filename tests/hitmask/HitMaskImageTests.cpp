@@ -69,9 +69,9 @@ TEST(HitMaskImage, PNGsKeepPixelPositionsTopRowFirst) {
 }
 
 
-// A mask made by fromPixels stores only the box of its covered pixels; it must answer every
+// A mask made by takeCoverage stores only the box of its covered pixels; it must answer every
 // question as the same bytes stored whole do, before and after each change.
-TEST(HitMaskImage, MasksFromPixelsAnswerAsTheWholeRasterDoes) {
+TEST(HitMaskImage, TakenCoverageAnswersAsTheWholeRasterDoes) {
   std::mt19937 random(7);
   const auto expectSame = [](const HitMask& window, const HitMask& whole) {
     ASSERT_EQ(window, whole);
@@ -107,9 +107,16 @@ TEST(HitMaskImage, MasksFromPixelsAnswerAsTheWholeRasterDoes) {
         for (int x = x0; x < x1; ++x) alpha[std::size_t(y) * std::size_t(width) + std::size_t(x)] = std::uint8_t(1 + random() % 255);
       }
     }
-    std::vector<std::uint8_t> pixels;
-    for (const std::uint8_t a : alpha) pixels.insert(pixels.end(), {std::uint8_t(a / 2), 0, a, a});
-    HitMask window = HitMask::fromPixels(pixels.data(), std::size_t(width) * 4, width, height);
+    // Rows padded as a drawing surface's are; the padding is marked and must stay as it is.
+    const std::size_t bytesPerRow = std::size_t(width) + 3;
+    std::vector<std::uint8_t> raster(bytesPerRow * std::size_t(height), 7);
+    for (int y = 0; y < height; ++y) {
+      std::copy_n(alpha.begin() + std::ptrdiff_t(y) * width, width, raster.begin() + std::ptrdiff_t(y * bytesPerRow));
+    }
+    HitMask window = HitMask::takeCoverage(raster.data(), bytesPerRow, width, height);
+    for (std::size_t i = 0; i < raster.size(); ++i) {
+      ASSERT_EQ(raster[i], i % bytesPerRow < std::size_t(width) ? 0 : 7) << "byte " << i;
+    }
     HitMask whole(alpha, width, height);
     expectSame(window, whole);
     window.clearCoverage(0.2), whole.clearCoverage(0.2);

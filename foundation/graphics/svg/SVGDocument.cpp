@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "foundation/graphics/ColorManagement.hpp"
@@ -227,11 +228,24 @@ std::vector<std::uint8_t> SVGDocument::writeToData() const { return treeText(*im
 
 bool SVGDocument::isDrawable() const { return impl_->currentRenderer() != nullptr; }
 
-void SVGDocument::draw(BitmapContext& context) const { draw(context, true); }
+bool SVGDocument::drawCoverage(std::uint8_t* raster, std::size_t bytesPerRow, int width, int height) const {
+  const SVGRenderer* renderer = impl_->currentRenderer();
+  if (!renderer || bytesPerRow > std::size_t(std::numeric_limits<int>::max())) return false;
+  // An alpha-only surface: librsvg's own intermediate surfaces (masks, filters, groups) keep
+  // their colours, so what reaches the raster is exactly the alpha of a colour drawing.
+  cairo_surface_t* surface = cairo_image_surface_create_for_data(raster, CAIRO_FORMAT_A8, width, height, int(bytesPerRow));
+  const bool drawn = cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS;
+  if (drawn) {
+    cairo_t* cr = cairo_create(surface);
+    renderer->render(cr, impl_->canvas);
+    cairo_destroy(cr);
+    cairo_surface_flush(surface);
+  }
+  cairo_surface_destroy(surface);
+  return drawn;
+}
 
-void SVGDocument::drawCoverage(BitmapContext& context) const { draw(context, false); }
-
-void SVGDocument::draw(BitmapContext& context, bool convertsColors) const {
+void SVGDocument::draw(BitmapContext& context) const {
   const Impl& impl = *impl_;
   const SVGRenderer* current = impl.currentRenderer();
   if (!current || context.isGray()) return;
@@ -246,7 +260,7 @@ void SVGDocument::draw(BitmapContext& context, bool convertsColors) const {
     renderer.render(cr, canvas);
     // drawWithCairo runs this in a group of its own, which holds the document's pixels alone:
     // they are converted there, before the group is composited.
-    if (convertsColors && source != target) convertSurface(cairo_get_group_target(cr), source, target);
+    if (source != target) convertSurface(cairo_get_group_target(cr), source, target);
   });
 }
 

@@ -57,12 +57,15 @@ class SVGDocument {
   /// converted from the document's colour space into the context's. A gray context draws
   /// nothing, and so does a document that is not drawable.
   void draw(BitmapContext& context) const;
-  /// Draws as draw() does but leaves the colours in the document's own space, for callers that
-  /// read only coverage: conversion never changes alpha, so the alpha is draw()'s, made faster.
-  void drawCoverage(BitmapContext& context) const;
+  /// Draws only the coverage that draw() gives (its alpha) into a raster of 8-bit coverage
+  /// bytes that holds nothing yet, rows `bytesPerRow` apart, with the canvas's top left at the
+  /// raster's first byte, one canvas unit per pixel. Colours are never computed into the
+  /// raster, so it costs a quarter of the memory traffic. False, drawing nothing, when the
+  /// document is not drawable or the raster is unacceptable to cairo. Requires: bytesPerRow a
+  /// multiple of 4 and at least `width`.
+  bool drawCoverage(std::uint8_t* raster, std::size_t bytesPerRow, int width, int height) const;
 
  private:
-  void draw(BitmapContext& context, bool convertsColors) const;
   struct Impl;
   explicit SVGDocument(std::unique_ptr<Impl> impl);
   std::unique_ptr<Impl> impl_;
