@@ -104,6 +104,9 @@ TEST(SVGDocument, DrawsOnlyWhatLibrsvgAccepts) {
   ASSERT_TRUE(context.has_value());
   document->draw(*context);
   EXPECT_EQ(pixel(context->makeImage(), 2, 2), (std::array<int, 4>{0, 0, 0, 0}));
+  std::vector<std::uint8_t> coverage(16, 0);
+  EXPECT_FALSE(document->drawCoverage(coverage.data(), 4, 4, 4));
+  EXPECT_EQ(coverage, std::vector<std::uint8_t>(16, 0));
 
   const auto accepted = parse(svg(R"(width="4" height="4")", R"(<rect width="4" height="4"/>)"));
   ASSERT_NE(accepted, nullptr);
@@ -207,6 +210,44 @@ TEST(SVGDocument, ConvertsColoursFromTheDocumentsSpaceIntoTheContexts) {
   auto sRGBContext = BitmapContext::create(4, 4, ColorSpace::sRGB());
   parse(text)->draw(*sRGBContext);
   EXPECT_EQ(pixel(sRGBContext->makeImage(), 1, 1), (std::array{0, 0, 255, 255}));
+}
+
+// Coverage is drawn into an alpha-only raster; what librsvg composes through surfaces of its
+// own (luminance masks, filters that turn colour into alpha, blend modes, group opacity,
+// patterns, clips) must still leave exactly the alpha of the colour drawing.
+TEST(SVGDocument, CoverageIsTheAlphaOfTheColourDrawing) {
+  const std::string body = R"svg(<defs>
+<mask id="m"><rect width="203" height="151" fill="rgb(120,200,30)"/><circle cx="90" cy="70" r="40" fill="#000"/></mask>
+<filter id="f"><feGaussianBlur stdDeviation="3"/><feColorMatrix type="luminanceToAlpha"/></filter>
+<linearGradient id="g"><stop offset="0" stop-color="#f00" stop-opacity="0.2"/><stop offset="1" stop-color="#00f"/></linearGradient>
+<clipPath id="c"><circle cx="60" cy="60" r="50"/></clipPath>
+<pattern id="p" width="7" height="7" patternUnits="userSpaceOnUse"><circle cx="2" cy="2" r="2" fill="green" fill-opacity="0.6"/></pattern>
+</defs>
+<rect x="2" y="2" width="180" height="140" fill="url(#g)" mask="url(#m)"/>
+<g opacity="0.37" style="mix-blend-mode:multiply"><circle cx="80" cy="110" r="60" fill="#8a3"/>
+<circle cx="120" cy="110" r="60" fill="#38a" style="mix-blend-mode:screen"/></g>
+<rect x="20" y="20" width="80" height="130" fill="#fc0" filter="url(#f)"/>
+<rect width="203" height="151" fill="url(#p)" clip-path="url(#c)"/>
+<path d="M10 140 L190 148" stroke="#123" stroke-width="5" stroke-opacity="0.5" stroke-dasharray="3 4"/>)svg";
+  // An odd width, so that the coverage rows are padded.
+  const auto document = parse(svg(R"(width="203" height="151")", body));
+  ASSERT_NE(document, nullptr);
+  auto context = BitmapContext::create(203, 151);
+  document->draw(*context);
+  const Image image = context->makeImage();
+  constexpr std::size_t bytesPerRow = 204;
+  std::vector<std::uint8_t> coverage(bytesPerRow * 151, 0);
+  ASSERT_TRUE(document->drawCoverage(coverage.data(), bytesPerRow, 203, 151));
+  int partial = 0;
+  for (int y = 0; y < 151; ++y) {
+    for (int x = 0; x < 203; ++x) {
+      const int alpha = pixel(image, x, y)[3];
+      ASSERT_EQ(coverage[std::size_t(y) * bytesPerRow + std::size_t(x)], alpha) << x << "," << y;
+      partial += alpha > 0 && alpha < 255;
+    }
+    EXPECT_EQ(coverage[std::size_t(y) * bytesPerRow + 203], 0) << "padding of row " << y;
+  }
+  EXPECT_GT(partial, 1000) << "the picture should be mostly translucent";
 }
 
 TEST(SVGDocument, DrawsTheEditedText) {
