@@ -2,13 +2,15 @@
 // space of untagged colours), the canvas size, writing, the compound path, the paints of every
 // shape, the light-colour question, mirroring and drawing into a small raster. Bytes either
 // make a document or none; a document's canvas has an acceptable size; what it writes parses
-// again to the same canvas and writes the same bytes; mirroring adds exactly one group under
-// the root and the mirrored text parses again; nothing stops the process.
+// again to the same canvas and writes the same bytes; a small canvas's coverage drawn alone
+// is the alpha of its colour drawing; mirroring adds exactly one group under the root and the
+// mirrored text parses again; nothing stops the process.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "foundation/assets/SVGProcessing.hpp"
 #include "foundation/graphics/BitmapContext.hpp"
@@ -54,6 +56,28 @@ void draw(const SVGDocument& document) {
   (void)context->makeImage();
 }
 
+/// The coverage drawn alone is the alpha of the colour drawing, for canvases small enough to
+/// draw whole at one unit a pixel.
+void checkCoverage(const SVGDocument& document) {
+  const Size canvas = document.canvasSize();
+  if (!(canvas.width >= 1 && canvas.height >= 1 && canvas.width * canvas.height <= 64 * 64)) return;
+  const int width = int(canvas.width), height = int(canvas.height);
+  auto context = BitmapContext::create(width, height);
+  FUZZ_CHECK(context.has_value(), "no raster of the canvas's size");
+  document.draw(*context);
+  const Image image = context->makeImage();
+  const std::size_t bytesPerRow = (std::size_t(width) + 3) & ~std::size_t{3};
+  std::vector<std::uint8_t> coverage(bytesPerRow * std::size_t(height), 0);
+  FUZZ_CHECK(document.drawCoverage(coverage.data(), bytesPerRow, width, height) == document.isDrawable(),
+             "coverage drawn for an undrawable document, or not for a drawable one");
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      FUZZ_CHECK(coverage[std::size_t(y) * bytesPerRow + std::size_t(x)] == image.row(y)[4 * x + 3],
+                 "the coverage is not the alpha of the colour drawing");
+    }
+  }
+}
+
 }  // namespace
 
 // fontconfig (through librsvg's text) and libxml2 keep caches for the life of the process; they
@@ -84,6 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     checkPaints(*document);
     (void)svgUsesOnlyLightColors(*document);
     draw(*document);
+    checkCoverage(*document);
 
     mirrorInPlace(*document);
     FUZZ_CHECK(document->rootNode()->numberOfChildren() == 1, "mirroring leaves more than the group");
