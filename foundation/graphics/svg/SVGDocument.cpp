@@ -237,6 +237,9 @@ bool SVGDocument::drawCoverage(std::uint8_t* raster, std::size_t bytesPerRow, in
   const bool drawn = cairo_surface_status(surface) == CAIRO_STATUS_SUCCESS;
   if (drawn) {
     cairo_t* cr = cairo_create(surface);
+    // Bottom edges meet, as in draw() onto a raster of this size whose user space is y-up: a
+    // fractional canvas loses its top fraction, not its bottom.
+    cairo_translate(cr, 0, double(height) - impl_->canvas.height);
     renderer->render(cr, impl_->canvas);
     cairo_destroy(cr);
     cairo_surface_flush(surface);

@@ -58,11 +58,12 @@ class SVGDocument {
   /// nothing, and so does a document that is not drawable.
   void draw(BitmapContext& context) const;
   /// Draws only the coverage that draw() gives (its alpha) into a raster of 8-bit coverage
-  /// bytes that holds nothing yet, rows `bytesPerRow` apart, with the canvas's top left at the
-  /// raster's first byte, one canvas unit per pixel. Colours are never computed into the
-  /// raster, so it costs a quarter of the memory traffic. False, drawing nothing, when the
-  /// document is not drawable or the raster is unacceptable to cairo. Requires: bytesPerRow a
-  /// multiple of 4 and at least `width`.
+  /// bytes that holds nothing yet, rows `bytesPerRow` apart, one canvas unit per pixel, placed
+  /// as draw() places it in a context of the raster's size at the origin: the canvas's bottom
+  /// left at the raster's bottom left, so a canvas taller than the raster loses its top rows.
+  /// Colours are never computed into the raster, so it costs a quarter of the memory traffic.
+  /// False, drawing nothing, when the document is not drawable or the raster is unacceptable
+  /// to cairo. Requires: bytesPerRow a multiple of 4 and at least `width`.
   bool drawCoverage(std::uint8_t* raster, std::size_t bytesPerRow, int width, int height) const;
 
  private:
