@@ -87,8 +87,7 @@ std::optional<HitMask> renderedSVGCoverage(const SVGDocument& document) {
   if (raster.bytes.size() < size) raster.bytes.resize(size, 0);
   raster.isClear = false;
   if (!document.drawCoverage(raster.bytes.data(), bytesPerRow, width, height)) {
-    raster.bytes.assign(raster.bytes.size(), 0);
-    raster.isClear = true;
+    raster.isClear = true;  // nothing was drawn
     return std::nullopt;
   }
   // Taking the coverage clears it, and padding past each row's width is never drawn.

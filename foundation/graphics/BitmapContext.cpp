@@ -434,15 +434,4 @@ Image BitmapContext::makeImage() const {
   return *Image::create(c.width, c.height, std::move(pixels), c.space);
 }
 
-const std::uint8_t* BitmapContext::pixelRows() const {
-  const Impl& c = *impl_;
-  if (c.gray) return nullptr;
-  cairo_surface_flush(c.surface.get());
-  return cairo_image_surface_get_data(c.surface.get());
-}
-
-std::size_t BitmapContext::bytesPerRow() const {
-  return std::size_t(cairo_image_surface_get_stride(impl_->surface.get()));
-}
-
 }  // namespace iconwright

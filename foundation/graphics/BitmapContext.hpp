@@ -14,7 +14,6 @@
 // destination multiplied by the source alpha inside the shape and leaves the rest alone.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -109,10 +108,6 @@ class BitmapContext {
   /// A snapshot of the raster tagged with the context's colour space. A gray context gives
   /// opaque pixels with equal blue, green and red.
   [[nodiscard]] Image makeImage() const;
-  /// The raster's premultiplied BGRA pixels as makeImage() would copy them, rows
-  /// `bytesPerRow()` apart from the top, to read until the next drawing; null for a gray context.
-  [[nodiscard]] const std::uint8_t* pixelRows() const;
-  [[nodiscard]] std::size_t bytesPerRow() const;
 
  private:
   struct Impl;

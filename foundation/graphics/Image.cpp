@@ -1,22 +1,6 @@
 #include "foundation/graphics/Image.hpp"
 
-#include <bit>
-#include <cstring>
-
 namespace iconwright {
-
-void copyAlphaOfPixels(const std::uint8_t* pixels, std::size_t count, std::uint8_t* alpha) {
-  // Alpha is the fourth byte of each pixel, the top byte of its little-endian word. Fixed-size
-  // blocks let the compiler turn the loop into vector shifts and packs.
-  constexpr std::size_t block = 16;
-  std::size_t i = 0;
-  for (; std::endian::native == std::endian::little && i + block <= count; i += block) {
-    std::uint32_t words[block];
-    std::memcpy(words, pixels + 4 * i, sizeof words);
-    for (std::size_t j = 0; j < block; ++j) alpha[i + j] = std::uint8_t(words[j] >> 24);
-  }
-  for (; i < count; ++i) alpha[i] = pixels[4 * i + 3];
-}
 
 std::optional<Image> Image::create(int width, int height, std::vector<std::uint8_t> pixels,
                                    ColorSpace colorSpace) {

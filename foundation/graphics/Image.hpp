@@ -67,9 +67,6 @@ class Image {
   ColorSpace colorSpace_;
 };
 
-/// Writes the alpha byte of each of `count` BGRA pixels to `alpha`.
-void copyAlphaOfPixels(const std::uint8_t* pixels, std::size_t count, std::uint8_t* alpha);
-
 /// c × a / 255 rounded to nearest, for 8-bit straight colour c and alpha a.
 [[nodiscard]] constexpr std::uint8_t premultiplyComponent(unsigned c, unsigned a) {
   const unsigned t = c * a + 128;

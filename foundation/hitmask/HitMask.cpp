@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
-#include <cstdint>
 #include <cstring>
 #include <limits>
 
@@ -114,7 +114,19 @@ HitMask::HitMask(int width, int height)
 
 HitMask HitMask::fromImage(const Image& image) {
   HitMask mask(image.width(), image.height());
-  copyAlphaOfPixels(image.pixels().data(), mask.bytes_.size(), mask.bytes_.data());
+  const std::size_t count = mask.bytes_.size();
+  const std::uint8_t* pixels = image.pixels().data();
+  std::uint8_t* out = mask.bytes_.data();
+  // Alpha is the fourth byte of each premultiplied BGRA pixel, the top byte of its
+  // little-endian word. Fixed-size blocks let the compiler turn the loop into vector shifts and packs.
+  constexpr std::size_t block = 16;
+  std::size_t i = 0;
+  for (; std::endian::native == std::endian::little && i + block <= count; i += block) {
+    std::uint32_t words[block];
+    std::memcpy(words, pixels + 4 * i, sizeof words);
+    for (std::size_t j = 0; j < block; ++j) out[i + j] = std::uint8_t(words[j] >> 24);
+  }
+  for (; i < count; ++i) out[i] = pixels[4 * i + 3];
   return mask;
 }
 

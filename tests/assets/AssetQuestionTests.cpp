@@ -336,7 +336,7 @@ TEST(AssetSVGQuestions, MirroredDocumentGivesTheMirrorImageMask) {
 }
 
 TEST(AssetSVGQuestions, MasksOfCorpusDocumentsAreTheAlphaOfTheirImages) {
-  // The mask is drawn without colour conversion; its alpha must still be the image's.
+  // The mask is drawn as coverage alone, without colours; it must still be the image's alpha.
   ICONWRIGHT_REQUIRE_SHARED_DIRECTORY(shared);
   int count = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(shared / "corpus" / "packages")) {
